@@ -1,0 +1,142 @@
+#include "korvalen/platform/posix/text_stream.h"
+
+#include <sys/types.h>
+#include <unistd.h>
+
+#include <cerrno>
+#include <cstring>
+#include <new>
+
+namespace korvalen::platform::posix {
+namespace {
+
+struct TextFile {
+  int fd;
+  bool end;          // Ctrl-Z seen: the rest of the file does not exist for the reader
+  bool pending_cr;   // a CR at the end of the last raw chunk, not yet decided
+  char raw[8192];
+};
+
+ssize_t read_raw(int fd, char* buffer, size_t size) {
+  for (;;) {
+    const ssize_t n = ::read(fd, buffer, size);
+    if (n >= 0 || errno != EINTR) return n;
+  }
+}
+
+bool write_all(int fd, const char* data, size_t size) {
+  while (size > 0) {
+    const ssize_t n = ::write(fd, data, size);
+    if (n < 0) {
+      if (errno == EINTR) continue;
+      return false;
+    }
+    data += n;
+    size -= static_cast<size_t>(n);
+  }
+  return true;
+}
+
+ssize_t text_read(void* cookie, char* out, size_t size) {
+  auto* f = static_cast<TextFile*>(cookie);
+  if (f->end || size == 0) return 0;
+  size_t produced = 0;
+  while (produced == 0) {
+    // Each raw byte gives at most one output byte; a held-back CR takes one
+    // more place, so read one byte less while one is held.
+    size_t want = size < sizeof(f->raw) ? size : sizeof(f->raw);
+    if (f->pending_cr && want > 1) --want;
+    const ssize_t n = read_raw(f->fd, f->raw, want);
+    if (n < 0) return -1;
+    if (n == 0) {
+      // End of file: a held-back CR is an ordinary character.
+      if (f->pending_cr) {
+        f->pending_cr = false;
+        out[produced++] = '\r';
+      }
+      return static_cast<ssize_t>(produced);
+    }
+    size_t i = 0;
+    if (f->pending_cr) {
+      f->pending_cr = false;
+      if (f->raw[0] != '\n') {
+        out[produced++] = '\r';
+        if (produced == size) {
+          // No room for more: give the byte just read back to the file.
+          lseek(f->fd, -n, SEEK_CUR);
+          break;
+        }
+      }
+    }
+    for (; i < static_cast<size_t>(n); ++i) {
+      const char c = f->raw[i];
+      if (c == 0x1A) {
+        f->end = true;
+        break;
+      }
+      if (c == '\r') {
+        if (i + 1 == static_cast<size_t>(n)) {
+          f->pending_cr = true;  // decided by the next byte
+          break;
+        }
+        if (f->raw[i + 1] == '\n') continue;  // CR LF reads as LF
+      }
+      out[produced++] = c;
+    }
+    if (f->end) break;
+  }
+  return static_cast<ssize_t>(produced);
+}
+
+ssize_t text_write(void* cookie, const char* data, size_t size) {
+  auto* f = static_cast<TextFile*>(cookie);
+  char buffer[8192];
+  size_t used = 0;
+  for (size_t i = 0; i < size; ++i) {
+    if (used + 2 > sizeof(buffer)) {
+      if (!write_all(f->fd, buffer, used)) return -1;
+      used = 0;
+    }
+    if (data[i] == '\n') buffer[used++] = '\r';
+    buffer[used++] = data[i];
+  }
+  if (used > 0 && !write_all(f->fd, buffer, used)) return -1;
+  return static_cast<ssize_t>(size);
+}
+
+int text_seek(void* cookie, off64_t* offset, int whence) {
+  auto* f = static_cast<TextFile*>(cookie);
+  const off_t at = lseek(f->fd, static_cast<off_t>(*offset), whence);
+  if (at < 0) return -1;
+  f->pending_cr = false;
+  f->end = false;
+  *offset = at;
+  return 0;
+}
+
+int text_close(void* cookie) {
+  auto* f = static_cast<TextFile*>(cookie);
+  const int result = ::close(f->fd);
+  delete f;
+  return result;
+}
+
+}  // namespace
+
+FILE* open_text_stream(int fd, const char* stdio_mode) {
+  auto* f = new (std::nothrow) TextFile{fd, false, false, {}};
+  if (f == nullptr) {
+    ::close(fd);
+    errno = ENOMEM;
+    return nullptr;
+  }
+  cookie_io_functions_t io{text_read, text_write, text_seek, text_close};
+  FILE* stream = fopencookie(f, stdio_mode, io);
+  if (stream == nullptr) {
+    ::close(fd);
+    delete f;
+  }
+  return stream;
+}
+
+}  // namespace korvalen::platform::posix
