@@ -1,0 +1,11 @@
+// The tool's commands. Each command family lives in its own source file and
+// registers its subcommands on the application here.
+#pragma once
+
+#include <CLI/CLI.hpp>
+
+namespace korvalen::tool {
+
+void add_cfg_commands(CLI::App& app);
+
+}  // namespace korvalen::tool

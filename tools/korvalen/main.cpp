@@ -1,0 +1,12 @@
+// korvalen: inspect and edit the suite's settings and state files.
+#include <CLI/CLI.hpp>
+
+#include "commands.h"
+
+int main(int argc, char** argv) {
+  CLI::App app{"korvalen: settings, state and diagnostics of a sheet-metal CAD/CAM installation"};
+  app.require_subcommand(1);
+  korvalen::tool::add_cfg_commands(app);
+  CLI11_PARSE(app, argc, argv);
+  return 0;
+}
