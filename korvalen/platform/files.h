@@ -34,7 +34,9 @@ wchar_t* current_directory(wchar_t* buffer, int capacity);
 
 // Directory search with the Windows wildcards '*' and '?', without regard to
 // case. find_first returns -1 when nothing matches; find_next returns 0 for a
-// further entry and -1 at the end.
+// further entry and -1 at the end. Close every handle find_first gave with
+// find_close, also after the end (on POSIX a search is already released at its
+// end, and closing it then is harmless).
 intptr_t find_first(const wchar_t* pattern, _wfinddata64i32_t* data);
 int find_next(intptr_t handle, _wfinddata64i32_t* data);
 int find_close(intptr_t handle);

@@ -178,9 +178,11 @@ TEST_F(FilePrimitives, FindWalksMatchingEntries) {
 TEST_F(FilePrimitives, FindReportsSize) {
   WriteBytes("size.dat", std::string(1234, 'x'));
   _wfinddata64i32_t data;
-  ASSERT_NE(FindFirst("SIZE.DAT", &data), -1);
+  const intptr_t h = FindFirst("SIZE.DAT", &data);
+  ASSERT_NE(h, -1);
   EXPECT_EQ(data.size, 1234u);
   EXPECT_EQ(data.attrib & _A_SUBDIR, 0u);
+  EXPECT_EQ(FindNext(h, &data), -1);
 }
 
 TEST_F(FilePrimitives, WorkingDirectoryRoundTrip) {

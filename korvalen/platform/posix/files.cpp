@@ -11,7 +11,9 @@
 #include <cerrno>
 #include <cstdlib>
 #include <cstring>
+#include <mutex>
 #include <new>
+#include <unordered_map>
 #include <string>
 #include <vector>
 
@@ -91,6 +93,28 @@ struct Search {
   std::wstring pattern;
   DIR* handle;
 };
+
+// Open searches by handle number. A search that reaches its end is released
+// at once: callers of FindFirst/FindNext have no close function, and a later
+// close of that handle is harmless.
+std::mutex g_searches_mutex;
+std::unordered_map<intptr_t, Search*> g_searches;
+intptr_t g_next_handle = 1;
+
+Search* take_search(intptr_t handle) {
+  std::lock_guard<std::mutex> lock(g_searches_mutex);
+  auto it = g_searches.find(handle);
+  if (it == g_searches.end()) return nullptr;
+  Search* s = it->second;
+  g_searches.erase(it);
+  return s;
+}
+
+void release(Search* s) {
+  if (s == nullptr) return;
+  if (s->handle != nullptr) closedir(s->handle);
+  delete s;
+}
 
 bool next_match(Search* s, _wfinddata64i32_t* data) {
   while (dirent* e = readdir(s->handle)) {
@@ -240,29 +264,39 @@ intptr_t find_first(const wchar_t* pattern, _wfinddata64i32_t* data) {
   if (s == nullptr) return -1;
   s->handle = opendir(dir.empty() ? "." : dir.c_str());
   if (s->handle == nullptr || !next_match(s, data)) {
-    if (s->handle != nullptr) closedir(s->handle);
-    delete s;
+    release(s);
     errno = ENOENT;
     return -1;
   }
-  return reinterpret_cast<intptr_t>(s);
+  std::lock_guard<std::mutex> lock(g_searches_mutex);
+  const intptr_t handle = g_next_handle++;
+  g_searches.emplace(handle, s);
+  return handle;
 }
 
 int find_next(intptr_t handle, _wfinddata64i32_t* data) {
-  if (handle == -1 || handle == 0 || data == nullptr) return -1;
-  auto* s = reinterpret_cast<Search*>(handle);
+  if (data == nullptr) return -1;
+  // The search is taken out of the table while it is read, so two threads
+  // never share a directory stream.
+  Search* s = take_search(handle);
+  if (s == nullptr) {
+    errno = EINVAL;
+    return -1;
+  }
   if (!next_match(s, data)) {
+    release(s);
     errno = ENOENT;
     return -1;
   }
+  std::lock_guard<std::mutex> lock(g_searches_mutex);
+  g_searches.emplace(handle, s);
   return 0;
 }
 
 int find_close(intptr_t handle) {
-  if (handle == -1 || handle == 0) return -1;
-  auto* s = reinterpret_cast<Search*>(handle);
-  closedir(s->handle);
-  delete s;
+  Search* s = take_search(handle);
+  if (s == nullptr) return -1;
+  release(s);
   return 0;
 }
 
