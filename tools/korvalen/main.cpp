@@ -7,6 +7,8 @@ int main(int argc, char** argv) {
   CLI::App app{"korvalen: settings, state and diagnostics of a sheet-metal CAD/CAM installation"};
   app.require_subcommand(1);
   korvalen::tool::add_cfg_commands(app);
+  korvalen::tool::add_state_commands(app);
+  korvalen::tool::add_params_commands(app);
   CLI11_PARSE(app, argc, argv);
   return 0;
 }

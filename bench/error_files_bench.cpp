@@ -1,0 +1,154 @@
+// Writing error reports: GeneraError calls per second, from one process alone
+// and from 8 processes at once in one directory, beside a plain
+// create-write-close of the same 11-line file (a name of its own each time, no
+// counter) in the same run. The target is GeneraError alone within 3 times the
+// plain write.
+//
+//   error_files_bench                  all benchmarks
+//   error_files_bench --worker N       (internal) one of the 8 processes
+#include <benchmark/benchmark.h>
+
+#include <chrono>
+#include <cstdio>
+#include <cstdlib>
+#include <cstring>
+#include <filesystem>
+#include <random>
+#include <string>
+#include <thread>
+
+#include "korvalen/korvalen.h"
+#include "process_support.h"
+
+namespace {
+
+namespace fs = std::filesystem;
+
+constexpr int kCallsPerRun = 2000;
+constexpr int kProcesses = 8;
+constexpr const char* kStartFile = "start.flag";
+
+// A fresh directory, made current for the run and removed after it.
+class ScratchDir {
+ public:
+  ScratchDir() : previous_(fs::current_path()) {
+    std::random_device random;
+    dir_ = fs::temp_directory_path() / ("korvalen-errors-bench-" + std::to_string(random()));
+    fs::create_directories(dir_);
+    fs::current_path(dir_);
+  }
+  ~ScratchDir() {
+    fs::current_path(previous_);
+    std::error_code ignored;
+    fs::remove_all(dir_, ignored);
+  }
+
+ private:
+  fs::path previous_;
+  fs::path dir_;
+};
+
+void Report(int i) {
+  GeneraError(i, L"text one", L"text two", L"text three", L"a longer fourth text of the report",
+              L"fifth", L"sixth", L"seventh", i, i * 2, i * 3);
+}
+
+// The same eleven lines through the library's streams, under a name known in
+// advance.
+void PlainWrite(int i) {
+  wchar_t name[32];
+  sPrintf(name, L"%08d.err", i);
+  FILE* f = fOpen(name, L"wt");
+  if (f == nullptr) std::abort();
+  fPrintf(f, L"%d\n", i);
+  for (const wchar_t* t : {L"text one", L"text two", L"text three",
+                           L"a longer fourth text of the report", L"fifth", L"sixth", L"seventh"}) {
+    fPrintf(f, L"\"%s\"\n", t);
+  }
+  fPrintf(f, L"%d\n%ld\n%d\n", i, static_cast<long>(i * 2), i * 3);
+  std::fclose(f);
+}
+
+// The same bytes with the C library alone.
+void StdioWrite(int i) {
+  char name[32];
+  std::snprintf(name, sizeof name, "%08d.err", i);
+  FILE* f = std::fopen(name, "wb");
+  if (f == nullptr) std::abort();
+  std::fprintf(f,
+               "%d\r\n\"text one\"\r\n\"text two\"\r\n\"text three\"\r\n\"a longer fourth text "
+               "of the report\"\r\n\"fifth\"\r\n\"sixth\"\r\n\"seventh\"\r\n%d\r\n%d\r\n%d\r\n",
+               i, i, i * 2, i * 3);
+  std::fclose(f);
+}
+
+// Each run writes kCallsPerRun files into a fresh directory, so that every
+// variant meets a directory of the same size.
+template <void (*Write)(int)>
+void Files(benchmark::State& state) {
+  for (auto _ : state) {
+    state.PauseTiming();
+    {
+      ScratchDir dir;
+      state.ResumeTiming();
+      for (int i = 1; i <= kCallsPerRun; ++i) Write(i);
+      state.PauseTiming();
+    }
+    state.ResumeTiming();
+  }
+  state.SetItemsProcessed(state.iterations() * kCallsPerRun);
+}
+
+void PlainCreateWriteClose(benchmark::State& state) { Files<PlainWrite>(state); }
+void StdioCreateWriteClose(benchmark::State& state) { Files<StdioWrite>(state); }
+void GeneraErrorAlone(benchmark::State& state) { Files<Report>(state); }
+
+// 8 copies of this program, each writing kCallsPerRun reports once the start
+// file appears; timed from the start file to the end of the last copy.
+void GeneraError8Processes(benchmark::State& state) {
+  for (auto _ : state) {
+    ScratchDir dir;
+    std::chrono::steady_clock::time_point start;
+    std::thread starter([&start] {
+      std::this_thread::sleep_for(std::chrono::milliseconds(200));
+      start = std::chrono::steady_clock::now();
+      std::fclose(std::fopen(kStartFile, "w"));
+    });
+    const int ok = korvalen::testing::RunCopiesOfThisProgram(
+        {"--worker", std::to_string(kCallsPerRun)}, kProcesses);
+    const auto end = std::chrono::steady_clock::now();
+    starter.join();
+    char last[32];
+    std::snprintf(last, sizeof last, "%08d.err", kProcesses * kCallsPerRun);
+    if (ok != kProcesses) state.SkipWithError("a worker process failed");
+    if (!fs::exists(last)) state.SkipWithError("reports missing");
+    state.SetIterationTime(std::chrono::duration<double>(end - start).count());
+  }
+  state.SetItemsProcessed(state.iterations() * kProcesses * kCallsPerRun);
+}
+
+int Worker(int calls) {
+  const auto deadline = std::chrono::steady_clock::now() + std::chrono::seconds(60);
+  while (!fs::exists(kStartFile)) {
+    if (std::chrono::steady_clock::now() > deadline) return 1;
+    std::this_thread::sleep_for(std::chrono::microseconds(200));
+  }
+  for (int i = 0; i < calls; ++i) Report(i);
+  return 0;
+}
+
+}  // namespace
+
+BENCHMARK(StdioCreateWriteClose)->Unit(benchmark::kMillisecond)->Iterations(5)->UseRealTime();
+BENCHMARK(PlainCreateWriteClose)->Unit(benchmark::kMillisecond)->Iterations(5)->UseRealTime();
+BENCHMARK(GeneraErrorAlone)->Unit(benchmark::kMillisecond)->Iterations(5)->UseRealTime();
+BENCHMARK(GeneraError8Processes)->Unit(benchmark::kMillisecond)->Iterations(3)->UseManualTime();
+
+int main(int argc, char** argv) {
+  if (argc == 3 && std::strcmp(argv[1], "--worker") == 0) return Worker(std::atoi(argv[2]));
+  benchmark::Initialize(&argc, argv);
+  if (benchmark::ReportUnrecognizedArguments(argc, argv)) return 1;
+  benchmark::RunSpecifiedBenchmarks();
+  benchmark::Shutdown();
+  return 0;
+}

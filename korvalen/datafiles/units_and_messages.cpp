@@ -1,0 +1,69 @@
+#include "korvalen/datafiles/units_and_messages.h"
+
+#include <cstdio>
+#include <cstdlib>
+
+#include "korvalen/config/config_reader.h"
+#include "korvalen/datafiles/message_resources.h"
+#include "korvalen/foundation/primitives.h"
+
+namespace {
+
+constexpr int kNarrowMagnitudes[] = {10, 18};
+
+void SetUnitDefaults(TRegUnidades& u) {
+  u.leading = 1;
+  for (int i = 0; i < kUnitMagnitudes; ++i) {
+    u.base_factor[i] = 1.0;
+    u.unit_label[i][0] = 0;
+    u.first_small_integer[i] = 3;
+    u.second_small_integer[i] = 3;
+    u.conversion_factor[i] = 1.0;
+  }
+  for (int magnitude : kNarrowMagnitudes) u.first_small_integer[magnitude - 1] = 2;
+}
+
+// Both blocks come from malloc, so that one release serves either.
+template <typename T>
+bool Allocate(T*& p) {
+  p = static_cast<T*>(std::malloc(sizeof(T)));
+  return p != nullptr;
+}
+
+}  // namespace
+
+bool DamePunUnidades(TRegUnidades*& p) {
+  if (!Allocate(p)) return false;
+  SetUnitDefaults(*p);
+  return true;
+}
+
+void LeerPunUnidades(TRegUnidades*& p, int mode) {
+  if (p == nullptr) return;
+  FILE* f = fOpen(L"UNIDADES.CFG", L"rt");
+  if (f == nullptr) return;
+  const wchar_t wanted = mode == 1 ? L'K' : L'L';
+  wchar_t line[korvalen::kCfgLineChars + 1];
+  wchar_t type = L' ';
+  int index = 0;
+  int cursor = 0;
+  while (!std::feof(f)) {
+    LeerLineaDeCfg(f, line, type, index, cursor);
+    if (type == wanted && index >= 1 && index <= kUnitMagnitudes) {
+      LeerUnReal(line, cursor, p->conversion_factor[index - 1]);
+    }
+  }
+  std::fclose(f);
+}
+
+void LiberaPunUnidades(TRegUnidades*& p) { std::free(p); }
+
+bool DamePunMensDFFab(TRegMensDFFab*& p) { return Allocate(p); }
+
+void LeerMensajesDefFab(TRegMensDFFab* p) {
+  if (p == nullptr) return;
+  korvalen::detail::fill_default_messages(
+      *p, [](unsigned id, wchar_t* buffer) { LoadStr(id, buffer); });
+}
+
+void LiberaPunMensDFFab(TRegMensDFFab*& p) { std::free(p); }

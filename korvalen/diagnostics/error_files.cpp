@@ -1,0 +1,144 @@
+#include "korvalen/diagnostics/error_files.h"
+
+#include <cstdio>
+#include <initializer_list>
+
+#include "korvalen/config/config_reader.h"
+#include "korvalen/diagnostics/directory_iteration.h"
+#include "korvalen/diagnostics/unique_name.h"
+#include "korvalen/foundation/primitives.h"
+#include "korvalen/foundation/typed_list.h"
+#include "korvalen/platform/files.h"
+
+using korvalen::kCfgLineChars;
+
+namespace {
+
+constexpr int kPathChars = MAX_PATH;
+constexpr int kText4LineChars = 255;  // the one report line read beyond 80 characters
+// A quoted text line formats into the 1024-character line buffer of fPrintf:
+// two quotes, the line feed and the terminator leave this much for the text.
+constexpr int kWrittenTextChars = 1020;
+
+void WriteText(FILE* report, const wchar_t* text) {
+  if (text == nullptr) text = L"";
+  wchar_t cut[kWrittenTextChars + 1];
+  if (StrLen(text) > kWrittenTextChars) {
+    StrnCpy(cut, text, kWrittenTextChars);
+    cut[kWrittenTextChars] = 0;
+    text = cut;
+  }
+  fPrintf(report, L"\"%s\"\n", text);
+}
+
+// Takes the quoted text of the next line into a field of `capacity`
+// characters (terminator included), cutting what does not fit.
+void ReadText(FILE* report, int line_limit, wchar_t* field, int capacity) {
+  wchar_t line[kText4LineChars + 1];
+  wchar_t text[kText4LineChars + 1];
+  LeerLineaDeFichero(report, line, line_limit);
+  int cursor = 0;
+  LeerUnTexto(line, cursor, text);
+  StrnCpy(field, text, static_cast<std::size_t>(capacity - 1));
+  field[capacity - 1] = 0;
+}
+
+void ReadInt(FILE* report, int& value) {
+  wchar_t line[kCfgLineChars + 1];
+  LeerLineaDeFichero(report, line, kCfgLineChars);
+  int cursor = 0;
+  LeerUnEntero(line, cursor, value);
+}
+
+// Fills a zeroed record from one report file.
+void LeerFicheroError(const wchar_t* name, TRegError& record) {
+  StrnCpy(record.file_name, name, korvalen::kErrorFileNameChars - 1);
+  FILE* report = fOpen(name, L"rt");
+  if (report == nullptr) return;
+  ReadInt(report, record.code);
+  ReadText(report, kCfgLineChars, record.text1, korvalen::kErrorShortTextChars);
+  ReadText(report, kCfgLineChars, record.text2, korvalen::kErrorShortTextChars);
+  ReadText(report, kCfgLineChars, record.text3, korvalen::kErrorShortTextChars);
+  ReadText(report, kText4LineChars, record.text4, korvalen::kErrorLongTextChars);
+  ReadText(report, kCfgLineChars, record.text5, korvalen::kErrorLongTextChars);
+  ReadText(report, kCfgLineChars, record.text6, korvalen::kErrorShortTextChars);
+  ReadText(report, kCfgLineChars, record.text7, korvalen::kErrorShortTextChars);
+  ReadInt(report, record.number1);
+  wchar_t line[kCfgLineChars + 1];
+  LeerLineaDeFichero(report, line, kCfgLineChars);
+  int cursor = 0;
+  LeerUnLong(line, cursor, record.number2);
+  ReadInt(report, record.number3);
+  std::fclose(report);
+}
+
+void WriteReport(int code, const wchar_t* text1, const wchar_t* text2, const wchar_t* text3,
+                 const wchar_t* text4, const wchar_t* text5, const wchar_t* text6,
+                 const wchar_t* text7, int number1, LONG number2, int number3) {
+  wchar_t counter[kPathChars];
+  MakePath(counter, L"", L"", L"CONTERRW", L".cdr");
+  wchar_t base[korvalen::kUniqueNameChars + 1];
+  if (DameNombreFic(counter, L".err", base) == 0) return;
+  wchar_t name[kPathChars];
+  MakePath(name, L"", L"", base, L".err");
+  FILE* report = fOpen(name, L"wt");
+  if (report == nullptr) {
+    // The name was reserved by an empty file; an empty report helps no one.
+    Remove(name);
+    return;
+  }
+  fPrintf(report, L"%d\n", code);
+  for (const wchar_t* text : {text1, text2, text3, text4, text5, text6, text7}) {
+    WriteText(report, text);
+  }
+  fPrintf(report, L"%d\n", number1);
+  fPrintf(report, L"%ld\n", static_cast<long>(number2));
+  fPrintf(report, L"%d\n", number3);
+  std::fclose(report);
+}
+
+void Gather(TRegError*& head, TRegError*& tail, TDtsFile& search) {
+  for (int found = DamePrimerFichero(L"*.err", search); found != 0;
+       found = DameSiguienteFichero(search)) {
+    TRegError record{};
+    LeerFicheroError(search.data.name, record);
+    // Without memory for the record this report is left out; the rest goes on.
+    korvalen::detail::append(head, tail, record);
+  }
+}
+
+}  // namespace
+
+void GeneraError(int code, const wchar_t* text1, const wchar_t* text2, const wchar_t* text3,
+                 const wchar_t* text4, const wchar_t* text5, const wchar_t* text6,
+                 const wchar_t* text7, int number1, LONG number2, int number3) {
+  try {
+    WriteReport(code, text1, text2, text3, text4, text5, text6, text7, number1, number2, number3);
+  } catch (...) {
+    // No report, as when its file cannot be created.
+  }
+}
+
+void DameListaErrores(TRegError*& head, TRegError*& tail, int delete_files) {
+  head = nullptr;
+  tail = nullptr;
+  TDtsFile search{};
+  search.handle = -1;
+  try {
+    Gather(head, tail, search);
+  } catch (...) {
+    // What was gathered stays the caller's; the search must not stay open.
+    if (search.handle != -1) korvalen::platform::find_close(search.handle);
+  }
+  if (delete_files != 0) BorrarFicherosDeErrores(head);
+}
+
+void BorrarFicherosDeErrores(TRegError* first) {
+  for (TRegError* e = first; e != nullptr; e = e->next) unLink(e->file_name);
+}
+
+void BorraListaErrores(TRegError*& head, TRegError*& tail) {
+  korvalen::detail::free_list(head, tail);
+  head = nullptr;
+  tail = nullptr;
+}

@@ -1,0 +1,237 @@
+#include "korvalen/settings/system_parameters.h"
+
+#include <cstdio>
+#include <initializer_list>
+
+#include "korvalen/config/config_reader.h"
+#include "korvalen/foundation/file_names.h"
+#include "korvalen/foundation/primitives.h"
+
+namespace {
+
+constexpr const wchar_t* kParamFile = L"param.sys";
+constexpr const wchar_t* kPackagingFile = L"PEQUENO.SYS";
+constexpr const wchar_t* kVersionFile = L"SERVPACK.DTS";
+constexpr const wchar_t* kProductFile = L"MIRSELPR.CFG";
+
+constexpr int kParamValueChars = 256;
+constexpr int kLanguageFallback = 3;
+constexpr int kVersionLines = 6;
+
+void SetText(wchar_t* out, const wchar_t* text) {
+  if (out != nullptr) StrCpy(out, text);
+}
+
+enum class Section {
+  kNone,
+  kLanguage,
+  kCompany,
+  kProjectTitle,
+  kWosTitle,
+  kServerName,
+  kDatabaseFilesDir,
+  kSharedServerDir,
+  kInternationalUnits,
+  kDatabaseBackup,
+  kStyle,
+  kCodePage,
+};
+
+struct Header {
+  const wchar_t* text;
+  Section section;
+};
+
+constexpr Header kHeaders[] = {
+    {L"[Language]", Section::kLanguage},
+    {L"[Company]", Section::kCompany},
+    {L"[Project title]", Section::kProjectTitle},
+    {L"[WOS title]", Section::kWosTitle},
+    {L"[Server name]", Section::kServerName},
+    {L"[Database files directory]", Section::kDatabaseFilesDir},
+    {L"[Shared server directory]", Section::kSharedServerDir},
+    {L"[International units]", Section::kInternationalUnits},
+    {L"[Database file backup]", Section::kDatabaseBackup},
+    {L"[Style]", Section::kStyle},
+    {L"[System CodePage]", Section::kCodePage},
+};
+
+// The double-byte code pages: Japanese, simplified Chinese, Korean, traditional Chinese.
+constexpr const wchar_t* kDoubleByteCodePages[] = {L"932", L"936", L"949", L"950"};
+
+Section SectionOf(const wchar_t* line) {
+  for (const Header& h : kHeaders) {
+    if (StriCmp(line, h.text) == 0) return h.section;
+  }
+  return Section::kNone;
+}
+
+// The value line after a header; false when the file ended instead.
+bool ReadValue(FILE* f, wchar_t* value) {
+  LeerLineaDeFichero(f, value, kParamValueChars);
+  return value[0] != 0 || !std::feof(f);
+}
+
+bool IsDoubleByteCodePage(const wchar_t* value) {
+  for (const wchar_t* code : kDoubleByteCodePages) {
+    if (StrCmp(value, code) == 0) return true;
+  }
+  return false;
+}
+
+}  // namespace
+
+int LeerDatosParamSys(int& language, wchar_t* server_name, wchar_t* database_files_dir,
+                      wchar_t* shared_server_dir, int& international_units, int& code_page_switch1,
+                      int& code_page_switch2, wchar_t* company, wchar_t* project_title,
+                      int& wos_title, wchar_t* database_backup, wchar_t* style) {
+  language = kLanguageFallback;
+  SetText(server_name, L"(local)");
+  SetText(database_files_dir, L"");
+  SetText(shared_server_dir, L"");
+  international_units = 1;
+  code_page_switch1 = 0;
+  code_page_switch2 = 0;
+  SetText(company, L"");
+  SetText(project_title, L"");
+  wos_title = 1;
+  SetText(database_backup, L"");
+  SetText(style, L"");
+
+  FILE* f = fOpen(kParamFile, L"rt");
+  if (f == nullptr) return 0;
+  wchar_t line[kParamValueChars + 1];
+  wchar_t value[kParamValueChars + 1];
+  while (!std::feof(f)) {
+    LeerLineaDeFichero(f, line, kParamValueChars);
+    const Section section = SectionOf(line);
+    if (section == Section::kNone || !ReadValue(f, value)) continue;
+    switch (section) {
+      case Section::kLanguage:
+        language = aToi(value);
+        if (language < 1) language = kLanguageFallback;
+        break;
+      case Section::kCompany:
+        SetText(company, value);
+        break;
+      case Section::kProjectTitle:
+        SetText(project_title, value);
+        break;
+      case Section::kWosTitle:
+        if (StrCmp(value, L"0") == 0) wos_title = 0;
+        break;
+      case Section::kServerName:
+        SetText(server_name, value);
+        break;
+      case Section::kDatabaseFilesDir:
+        SetText(database_files_dir, value);
+        break;
+      case Section::kSharedServerDir:
+        SetText(shared_server_dir, value);
+        break;
+      case Section::kInternationalUnits:
+        if (StrCmp(value, L"0") == 0) international_units = 0;
+        break;
+      case Section::kDatabaseBackup:
+        SetText(database_backup, value);
+        break;
+      case Section::kStyle:
+        SetText(style, value);
+        break;
+      case Section::kCodePage:
+        if (IsDoubleByteCodePage(value)) {
+          code_page_switch1 = 1;
+          code_page_switch2 = 1;
+        }
+        break;
+      case Section::kNone:
+        break;
+    }
+  }
+  std::fclose(f);
+  return 1;
+}
+
+void LeerSiOpcBasicas(int& basic_options) {
+  FILE* f = fOpen(kProductFile, L"rt");
+  if (f == nullptr) return;
+  wchar_t line[korvalen::kCfgLongLineChars + 1];
+  wchar_t type = L' ';
+  int index = 0;
+  int cursor = 0;
+  while (!std::feof(f)) {
+    LeerLineaLargaDeCfg(f, line, type, index, cursor);
+    if (type == L'A' && index == 302) {
+      LeerSIoNO(line, cursor, basic_options);
+      break;
+    }
+  }
+  std::fclose(f);
+}
+
+void CrearDirectoriosDB(const wchar_t* directory) {
+  if (directory == nullptr) return;
+  mkDir(directory);
+  for (const wchar_t* sub : {L"General", L"Products", L"Nestings"}) {
+    wchar_t name[korvalen::kFullNameChars];
+    DameNombreCompleto(directory, sub, L"", name);
+    mkDir(name);
+  }
+}
+
+void LeerPequeno(int& first_value, wchar_t* box_file, int& second_value) {
+  first_value = 0;
+  SetText(box_file, L"CAJPEQU.CAJ");
+  second_value = 1;
+  if (Access(kPackagingFile, 0) != 0) return;
+  FILE* f = fOpen(kPackagingFile, L"rt");
+  if (f == nullptr) return;
+  wchar_t line[korvalen::kCfgLineChars + 1];
+  wchar_t type = L' ';
+  int index = 0;
+  int cursor = 0;
+  while (!std::feof(f)) {
+    LeerLineaDeCfg(f, line, type, index, cursor);
+    if (type != L'A') continue;
+    if (index == 0) {
+      LeerUnEntero(line, cursor, first_value);
+    } else if (index == 1) {
+      if (box_file != nullptr) LeerUnTexto(line, cursor, box_file);
+    } else if (index == 2) {
+      LeerUnEntero(line, cursor, second_value);
+    }
+  }
+  std::fclose(f);
+}
+
+void EscribirPequeno(int first_value, const wchar_t* box_file, int second_value) {
+  FILE* f = fOpen(kPackagingFile, L"wt");
+  if (f == nullptr) return;
+  fPrintf(f, L"A000 %d ;\n", first_value);
+  fPrintf(f, L"A001 \"%s\" ;\n", box_file != nullptr ? box_file : L"");
+  fPrintf(f, L"A002 %d ;\n", second_value);
+  std::fclose(f);
+}
+
+void DameVersionYServicePack(int& out1, int& out2, int& out3, int& out4, int& out5, int& out6,
+                             int& out7) {
+  out2 = 0;
+  out3 = 0;
+  if (Access(kVersionFile, 0) != 0) return;
+  FILE* f = fOpen(kVersionFile, L"rt");
+  if (f == nullptr) return;
+  int l[kVersionLines];
+  for (int& value : l) {
+    wchar_t line[korvalen::kCfgLineChars + 1];
+    LeerLineaDeFichero(f, line, korvalen::kCfgLineChars);
+    value = aToi(line);
+  }
+  std::fclose(f);
+  out1 = l[0] / 100;
+  out2 = (l[0] % 100) / 10;
+  out3 = l[1];
+  out4 = (l[2] % 100) / 10;
+  out5 = l[3];
+  out6 = (l[4] % 100) / 10;
+  out7 = l[5];
+}

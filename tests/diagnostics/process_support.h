@@ -1,0 +1,47 @@
+// Test support for the diagnostics suite (and its benchmark): running copies
+// of this program at the same time, and holding a file the way another process
+// of the suite would. The only place of this suite that talks to the
+// operating system.
+#pragma once
+
+#include <string>
+#include <vector>
+
+namespace korvalen::testing {
+
+// Starts `count` copies of this program with the given arguments, all at once
+// in the current directory, each with the environment variable
+// KORVALEN_WORKER set to its index (0 to count-1). Waits for all of them and
+// returns how many ended successfully.
+int RunCopiesOfThisProgram(const std::vector<std::string>& arguments, int count);
+
+// The same for a test program, each copy running only the tests of
+// gtest_filter (disabled ones included).
+int RunTestsInCopies(const std::string& gtest_filter, int count);
+
+// The value of an environment variable, or "" when it is not set; setting it
+// for this process and the copies it starts.
+std::string Environment(const char* name);
+void SetEnvironment(const char* name, const std::string& value);
+
+// Holds a file as the unique-name generator holds its counter, so that the
+// generator must wait: no sharing on Windows, an exclusive flock elsewhere.
+class ExclusiveHold {
+ public:
+  explicit ExclusiveHold(const std::string& name);
+  ~ExclusiveHold();
+  ExclusiveHold(const ExclusiveHold&) = delete;
+  ExclusiveHold& operator=(const ExclusiveHold&) = delete;
+
+  bool held() const { return held_; }
+  void Release();
+
+ private:
+  bool held_ = false;
+  long long handle_ = -1;
+};
+
+// True where a message box is a real modal window that would wait for a user.
+bool MessageBoxesAreWindows();
+
+}  // namespace korvalen::testing

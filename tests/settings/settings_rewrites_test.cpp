@@ -1,0 +1,157 @@
+// In-place rewrites of the identification settings and of the process file:
+// exact bytes after each rewrite (edited records, copied lines, dropped blank
+// lines), the rebuilt long text record, and what happens when the work file
+// cannot be created.
+#include "korvalen/settings/settings_rewrites.h"
+
+#include <gtest/gtest.h>
+
+#include <filesystem>
+#include <string>
+#include <vector>
+
+#include "temp_dir_test.h"
+
+namespace {
+
+using korvalen::testing::Exists;
+using korvalen::testing::ReadBytes;
+using korvalen::testing::WriteBytes;
+
+class SettingsRewrites : public korvalen::testing::TempDirTest {};
+
+std::string Lines(const std::vector<std::string>& lines) {
+  std::string out;
+  for (const std::string& l : lines) out += l + "\r\n";
+  return out;
+}
+
+// A text record as the suite writes it: the terminator in column 77.
+std::string TextRecord(const std::string& head, const std::string& value) {
+  std::string r = head + " \"" + value + "\"";
+  if (r.size() < 76) r.append(76 - r.size(), ' ');
+  return r + ";";
+}
+
+// --- identification settings --------------------------------------------------------
+
+TEST_F(SettingsRewrites, IdentificationRecordsEditedInPlace) {
+  WriteBytes("MIRSELID.CFG",
+             Lines({"# identification of the installation", "", TextRecord("A001", "Taller Norte"),
+                    "A002 OFF ;", "   ", TextRecord("A003", "ab"), "B000 5 ;"}) +
+                 "\r\n");
+  EscribirCfgMirselId(1, L"Planta 2");
+  EXPECT_EQ(ReadBytes("MIRSELID.CFG"),
+            Lines({"# identification of the installation", TextRecord("A001", "Taller Norte"),
+                   "A002 ON  ;", TextRecord("A003", "Planta 2"), "B000 5 ;"}));
+  EXPECT_FALSE(Exists("AUXMRSID.CFG"));
+
+  int flag = -1;
+  wchar_t text[501] = L"";
+  LeerCfgMirselId(flag, text);
+  EXPECT_EQ(flag, 1);
+  EXPECT_STREQ(text, L"Planta 2");
+
+  EscribirCfgMirselId(0, L"");
+  LeerCfgMirselId(flag, text);
+  EXPECT_EQ(flag, 0);
+  EXPECT_STREQ(text, L"");
+}
+
+struct TextCase {
+  const char* what;
+  std::string line;
+  std::wstring text;
+  std::string result;
+};
+
+TEST_F(SettingsRewrites, IdentificationTextLongerThanItsRecord) {
+  const TextCase cases[] = {
+      {"room enough", "A003 \"abcd\" ;", L"vwxyz", "A003 \"vwxyz\";"},
+      // One character more than the room: rebuilt at the length of the record.
+      {"one over", "A003 \"abcd\" ;", L"uvwxyz", "A003 \"uvwxyz\""},
+      {"much longer", "A003 \"ab\" ;", std::wstring(30, L't'),
+       "A003 \"" + std::string(30, 't') + "\""},
+      {"long record", "A003 \"ab\" ;", std::wstring(400, L'l'),
+       "A003 \"" + std::string(400, 'l') + "\""},
+  };
+  for (const TextCase& c : cases) {
+    WriteBytes("MIRSELID.CFG", Lines({"A002 ON ;", c.line, "A004 x ;"}));
+    EscribirCfgMirselId(1, c.text.c_str());
+    EXPECT_EQ(ReadBytes("MIRSELID.CFG"), Lines({"A002 ON ;", c.result, "A004 x ;"})) << c.what;
+    int flag = 0;
+    wchar_t text[501] = L"";
+    LeerCfgMirselId(flag, text);
+    EXPECT_EQ(std::wstring(text), c.text) << c.what;
+  }
+}
+
+TEST_F(SettingsRewrites, IdentificationReaderKeepsOutputsWithoutRecords) {
+  int flag = 7;
+  wchar_t text[501] = L"stale";
+  LeerCfgMirselId(flag, text);  // no file
+  EXPECT_EQ(flag, 7);
+  EXPECT_STREQ(text, L"stale");
+  WriteBytes("MIRSELID.CFG", "# nothing\r\nB002 ON ;\r\n\r\nA002 ON ;\r\nA002 OFF ;\r\n");
+  LeerCfgMirselId(flag, text);
+  EXPECT_EQ(flag, 0);  // the last record wins
+  EXPECT_STREQ(text, L"stale");
+}
+
+TEST_F(SettingsRewrites, IdentificationWithoutFileOrWorkFile) {
+  EscribirCfgMirselId(1, L"x");
+  EXPECT_FALSE(Exists("MIRSELID.CFG"));
+  EXPECT_FALSE(Exists("AUXMRSID.CFG"));
+
+  const std::string before = Lines({"A002 OFF ;", TextRecord("A003", "ab")});
+  WriteBytes("MIRSELID.CFG", before);
+  std::filesystem::create_directory("AUXMRSID.CFG");
+  EscribirCfgMirselId(1, L"x");
+  EXPECT_EQ(ReadBytes("MIRSELID.CFG"), before);
+}
+
+// --- process file ---------------------------------------------------------------------------
+
+TEST_F(SettingsRewrites, ProcessFileRecordsEditedInPlace) {
+  const std::string long_record = TextRecord("K105", std::string(90, 'k'));
+  WriteBytes(
+      "MIRSELIN.CNI",
+      Lines({"# process file of the machines", "A000 3     ;", TextRecord("A001", "one"),
+             TextRecord("A002", "two"), TextRecord("A003", "keep"), TextRecord("A005", "five"), "",
+             "R000 OFF ;", TextRecord("R001", "r one"), TextRecord("R005", "r five"),
+             TextRecord("R008", "r eight"), "Z000 ON ;", long_record, "  "}));
+  int a0 = 12, r0 = 1, unused = 99;
+  const std::wstring too_long(100, L'n');
+  ActualizaMirselinCNI(a0, too_long.c_str(), L"Laser 3", L"ignored", r0, L"Nueva uno", L"Nueva dos",
+                       L"Nueva cinco", unused);
+  EXPECT_EQ(ReadBytes("MIRSELIN.CNI"),
+            Lines({"# process file of the machines", "A000 12    ;",
+                   TextRecord("A001", "Nueva uno"), TextRecord("A002", "Nueva dos"),
+                   TextRecord("A003", "keep"), TextRecord("A005", "Nueva cinco"), "R000 ON  ;",
+                   "R001 \"" + std::string(70, 'n') + "\"", TextRecord("R005", "Laser 3"),
+                   TextRecord("R008", "Laser 3"), "Z000 ON ;",
+                   // Records are 80 characters; the rest of a longer line is dropped.
+                   long_record.substr(0, 80)}));
+  EXPECT_FALSE(Exists("AUXMRSIN.AUX"));
+  EXPECT_EQ(unused, 99);
+}
+
+TEST_F(SettingsRewrites, ProcessFileMissing) {
+  int a0 = 1, r0 = 1, unused = 0;
+  ActualizaMirselinCNI(a0, L"", L"", L"", r0, L"", L"", L"", unused);
+  EXPECT_FALSE(Exists("MIRSELIN.CNI"));
+  EXPECT_FALSE(Exists("AUXMRSIN.AUX"));
+}
+
+TEST_F(SettingsRewrites, ProcessFileIsLostWhenTheWorkFileCannotBeCreated) {
+  const std::string before = Lines({"A000 3 ;", TextRecord("A001", "one")});
+  WriteBytes("MIRSELIN.CNI", before);
+  std::filesystem::create_directory("AUXMRSIN.AUX");
+  int a0 = 12, r0 = 1, unused = 0;
+  ActualizaMirselinCNI(a0, L"", L"", L"", r0, L"x", L"", L"", unused);
+  // Removed, and the entry in the way of the work file renamed in its place.
+  EXPECT_FALSE(std::filesystem::is_regular_file("MIRSELIN.CNI"));
+  EXPECT_FALSE(Exists("AUXMRSIN.AUX"));
+}
+
+}  // namespace

@@ -1,0 +1,141 @@
+// korvalen state [-C DIR]: the work-order state that the suite's programs pass
+// to one another. Only reads: the parts-changed marker and the queue of sheets
+// to redo are looked at, never consumed, and no missing file is created.
+#include <cstdio>
+#include <string>
+#include <vector>
+
+#include "commands.h"
+#include "korvalen/korvalen.h"
+#include "text_output.h"
+#include "working_directory.h"
+
+namespace korvalen::tool {
+namespace {
+
+constexpr int kNameChars = 40;
+constexpr int kDirectoryChars = 256;
+constexpr int kKeyChars = 255;
+
+bool Exists(const wchar_t* name) { return Access(name, 0) == 0; }
+
+std::wstring OrNone(const wchar_t* text) {
+  return text[0] != 0 ? std::wstring(text) : std::wstring(L"(none)");
+}
+
+void Field(const wchar_t* label, const std::wstring& value) {
+  wchar_t head[64];
+  sPrintf(head, L"%-28s", label);
+  std::wstring line = head + value;
+  while (!line.empty() && line.back() == L' ') line.pop_back();
+  print(line + L"\n");
+}
+
+void ShowActiveOrder() {
+  if (!Exists(L"ORDENACT.SYS")) {
+    Field(L"Active work order", L"(none: no ORDENACT.SYS)");
+    return;
+  }
+  wchar_t name[kNameChars + 1];
+  wchar_t quote[kNameChars + 1];
+  DameNombreYQuoteDeOFActiva(name, quote);
+  Field(L"Active work order", OrNone(name));
+  Field(L"Quote", OrNone(quote));
+}
+
+void ShowDatabase() {
+  wchar_t dir[kDirectoryChars + 1];
+  DameNombreDeDirBDActiva(dir);
+  Field(L"Active database directory",
+        Exists(L"DIRBDACT.SYS") ? OrNone(dir) : std::wstring(L"(none: no DIRBDACT.SYS)"));
+}
+
+void ShowPartList() {
+  wchar_t name[kNameChars + 1];
+  Field(L"Part list without order",
+        DamePieDeLstPieSinOF(name) ? OrNone(name) : std::wstring(L"(none)"));
+}
+
+void ShowPartsChanged() {
+  Field(L"Parts changed", Exists(L"CHGPIEZA.SYS") ? L"yes (CHGPIEZA.SYS waits to be seen)" : L"no");
+}
+
+void ShowLastOrders() {
+  // The reader would create the file when it is missing.
+  if (!Exists(L"LISTOFS.SYS")) {
+    Field(L"Last work orders", L"(none: no LISTOFS.SYS)");
+    return;
+  }
+  TRegListaNombre* first = nullptr;
+  TRegListaNombre* last = nullptr;
+  LeerFicheroUltimasOFs(L"LISTOFS.SYS", first, last);
+  Field(L"Last work orders", L"");
+  int place = 1;
+  for (TRegListaNombre* n = first; n != nullptr; n = n->next, ++place) {
+    if (n->name[0] == 0) continue;
+    wchar_t line[300];
+    sPrintf(line, L"  %2d  %s\n", place, n->name);
+    print(line);
+  }
+  LiberarLista(reinterpret_cast<void**>(&first), reinterpret_cast<void**>(&last));
+}
+
+// Reads the queue's pairs the way its consumer does (a key of 255 characters
+// and a sheet name of 40), without taking any out.
+void ShowSheetQueue() {
+  FILE* f = Exists(L"CHGCHAPA.SYS") ? fOpen(L"CHGCHAPA.SYS", L"rt") : nullptr;
+  if (f == nullptr) {
+    Field(L"Sheets to redo", L"(none: no CHGCHAPA.SYS)");
+  } else {
+    std::vector<std::wstring> pairs;
+    int empty_pairs = 0;
+    wchar_t key[kKeyChars + 1];
+    wchar_t sheet[kKeyChars + 1];
+    for (;;) {
+      LeerLineaDeFichero(f, key, kKeyChars);
+      if (key[0] == 0 && std::feof(f)) break;
+      LeerLineaDeFichero(f, sheet, kNameChars);
+      if (key[0] == 0 && sheet[0] == 0) {
+        ++empty_pairs;
+      } else {
+        wchar_t line[kKeyChars + kNameChars + 16];
+        sPrintf(line, L"  %-24s %s\n", key, sheet);
+        pairs.emplace_back(line);
+      }
+      if (std::feof(f)) break;
+    }
+    std::fclose(f);
+    wchar_t count[96];
+    sPrintf(count, L"%d (and %d empty)", static_cast<int>(pairs.size()), empty_pairs);
+    Field(L"Sheets to redo", count);
+    for (const std::wstring& p : pairs) print(p);
+  }
+  if (Exists(L"CHGCHAPA.AUX")) {
+    Field(L"", L"CHGCHAPA.AUX present: a rewrite is running, or a program stopped in one");
+  }
+}
+
+void ShowState() {
+  ShowActiveOrder();
+  ShowDatabase();
+  ShowPartList();
+  ShowPartsChanged();
+  ShowLastOrders();
+  ShowSheetQueue();
+  std::fflush(stdout);
+}
+
+}  // namespace
+
+void add_state_commands(CLI::App& app) {
+  auto* state = app.add_subcommand(
+      "state", "Show the active work order, database, last work orders and pending changes");
+  static std::string directory;
+  add_directory_option(*state, directory);
+  state->callback([] {
+    if (!enter_directory(directory)) throw CLI::RuntimeError(1);
+    ShowState();
+  });
+}
+
+}  // namespace korvalen::tool

@@ -1,0 +1,22 @@
+#include "working_directory.h"
+
+#include <cstdio>
+
+#include "korvalen/foundation/primitives.h"
+#include "text_output.h"
+
+namespace korvalen::tool {
+
+void add_directory_option(CLI::App& command, std::string& directory) {
+  command.add_option("-C,--directory", directory,
+                     "Installation directory holding the files (default: the current one)");
+}
+
+bool enter_directory(const std::string& directory) {
+  if (directory.empty() || directory == ".") return true;
+  if (chDir(from_utf8(directory).c_str()) == 0) return true;
+  std::fprintf(stderr, "korvalen: cannot change to directory %s\n", directory.c_str());
+  return false;
+}
+
+}  // namespace korvalen::tool

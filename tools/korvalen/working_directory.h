@@ -1,0 +1,17 @@
+// The -C DIR option of the commands that read an installation's files by
+// their bare names: they run in that directory.
+#pragma once
+
+#include <CLI/CLI.hpp>
+#include <string>
+
+namespace korvalen::tool {
+
+// Adds "-C DIR" (default: the current directory) to the command.
+void add_directory_option(CLI::App& command, std::string& directory);
+
+// Makes the directory current; prints the reason and returns false when it
+// cannot.
+bool enter_directory(const std::string& directory);
+
+}  // namespace korvalen::tool
