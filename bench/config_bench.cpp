@@ -155,9 +155,10 @@ class RatioReporter : public benchmark::ConsoleReporter {
   void ReportRuns(const std::vector<Run>& runs) override {
     ConsoleReporter::ReportRuns(runs);
     for (const Run& run : runs) {
-      // With repetitions the mean comes after the single runs and wins.
-      const bool mean = run.run_type == Run::RT_Aggregate && run.aggregate_name == "mean";
-      if ((run.run_type == Run::RT_Iteration || mean) && !run.error_occurred) {
+      // With repetitions the median comes after the single runs and wins: it
+      // holds up best on a machine shared with other work.
+      const bool median = run.run_type == Run::RT_Aggregate && run.aggregate_name == "median";
+      if ((run.run_type == Run::RT_Iteration || median) && !run.error_occurred) {
         times_[run.run_name.function_name] = {run.GetAdjustedRealTime(), run.GetAdjustedCPUTime()};
       }
     }

@@ -5,7 +5,10 @@
 #include <cstring>
 #include <cwchar>
 
+#include "korvalen/foundation/number_parsing.h"
 #include "korvalen/foundation/primitives.h"
+#include "korvalen/platform/line_input.h"
+#include "korvalen/platform/text_codec.h"
 
 namespace {
 
@@ -23,61 +26,80 @@ constexpr int kWordChars = 80;
 // A first read this small keeps the usual short record cheap.
 constexpr int kFirstPieceBytes = 128;
 
-int Length(const wchar_t* text) {
-  if (text == nullptr) return 0;
-  const std::size_t n = std::wcslen(text);
-  return n > INT_MAX - 8 ? INT_MAX - 8 : static_cast<int>(n);
-}
-
 int Start(int cursor) { return cursor < 0 ? 0 : cursor; }
 
 int Past(int position) { return position == INT_MAX ? position : position + 1; }
 
+// Whether line[start] may be read, that is the cursor is not past the
+// terminator. Only the characters before the cursor are looked at: the
+// readers find the end of the line by its terminator, so none of them needs
+// the whole length.
+bool Readable(const wchar_t* line, int start) {
+  if (line == nullptr) return false;
+  // A short prefix costs less to look at in place than a library call.
+  if (start <= 16) {
+    for (int k = 0; k < start; ++k) {
+      if (line[k] == 0) return false;
+    }
+    return true;
+  }
+  return wcsnlen(line, static_cast<std::size_t>(start)) == static_cast<std::size_t>(start);
+}
+
 // fgets gives no count, and a NUL byte in the line hides where it stopped. The
-// piece is therefore prefilled with line feeds: when a line feed is found, it
-// is either the line end that was read or filler behind the terminator, and
-// either way the line ended inside the piece. Only a full piece has none.
+// last byte of the piece tells: fgets writes its terminator there only when it
+// filled the piece, so a non-zero byte left there means the line ended inside
+// the piece (at its line feed or at the end of the file). A full piece ended
+// only when its last character is the line feed, since fgets stops at the
+// first one. The line feed is replaced by the terminator; length is then the
+// length of the text up to its first NUL.
 enum class Piece { kEnded, kFull, kNothing };
 
-Piece ReadPiece(FILE* file, char* bytes, int size) {
-  std::memset(bytes, '\n', static_cast<std::size_t>(size));
+Piece ReadPiece(FILE* file, char* bytes, int size, std::size_t& length) {
+  bytes[size - 1] = '\n';
   if (std::fgets(bytes, size, file) == nullptr) return Piece::kNothing;
-  char* const feed = static_cast<char*>(std::memchr(bytes, '\n', static_cast<std::size_t>(size)));
-  if (feed == nullptr) return Piece::kFull;
-  *feed = '\0';
+  if (bytes[size - 1] != '\0') {
+    // Behind a NUL byte the line feed is out of the text's reach anyway.
+    length = std::strlen(bytes);
+    if (length > 0 && bytes[length - 1] == '\n') bytes[--length] = '\0';
+    return Piece::kEnded;
+  }
+  if (bytes[size - 2] != '\n') return Piece::kFull;
+  bytes[size - 2] = '\0';
+  length = std::strlen(bytes);
   return Piece::kEnded;
 }
 
 void SkipRestOfLine(FILE* file) {
   char scratch[256];
-  while (ReadPiece(file, scratch, static_cast<int>(sizeof scratch)) == Piece::kFull) {
+  std::size_t length = 0;
+  while (ReadPiece(file, scratch, static_cast<int>(sizeof scratch), length) == Piece::kFull) {
   }
 }
 
 // The bytes of the next physical line of the stream as fGets takes them,
-// without the line feed. Unlike fGets it always consumes the whole physical
-// line, keeping its first 2047 bytes, so a long line never spills into the
-// next read. Empty at end of file. It reads the stream itself because after
-// fGets a line cut by the conversion, or holding a NUL byte, no longer shows
-// whether its line feed was taken.
-void ReadPhysicalLine(FILE* file, char (&bytes)[kLineWorkBytes]) {
+// without the line feed, and the length of their text. Unlike fGets it
+// always consumes the whole physical line, keeping its first 2047 bytes, so a
+// long line never spills into the next read. Empty at end of file. It reads
+// the stream itself because after fGets a line cut by the conversion, or
+// holding a NUL byte, no longer shows whether its line feed was taken.
+std::size_t ReadPhysicalLine(FILE* file, char (&bytes)[kLineWorkBytes]) {
   bytes[0] = '\0';
-  if (file == nullptr) return;
+  if (file == nullptr) return 0;
   int used = 0;
   int piece_size = kFirstPieceBytes;
   for (;;) {
     const int room = kLineWorkBytes - used;
     if (room <= 1) {
       SkipRestOfLine(file);
-      return;
+      return std::strlen(bytes);
     }
     const int size = piece_size < room ? piece_size : room;
-    const Piece piece = ReadPiece(file, bytes + used, size);
-    if (piece == Piece::kNothing) {
-      bytes[used] = '\0';
-      return;
-    }
-    if (piece != Piece::kFull) return;
+    std::size_t length = 0;
+    const Piece piece = ReadPiece(file, bytes + used, size, length);
+    if (piece == Piece::kNothing) bytes[used] = '\0';
+    // A NUL byte in an earlier piece ends the text there.
+    if (piece != Piece::kFull) return used == 0 ? length : std::strlen(bytes);
     used += size - 1;
     piece_size *= 4;
   }
@@ -89,45 +111,108 @@ void ReadPhysicalLine(FILE* file, char (&bytes)[kLineWorkBytes]) {
 void ReadLine(FILE* file, wchar_t* out, int max_length) {
   if (out == nullptr) return;
   char bytes[kLineWorkBytes];
-  ReadPhysicalLine(file, bytes);
+  const std::size_t length = ReadPhysicalLine(file, bytes);
   const int limit = max_length < 0 ? 0 : std::min(max_length, kLineWorkChars - 1);
-  CharToTChar(out, limit + 1, bytes);
+  korvalen::platform::line_to_wide(bytes, length, out, limit + 1);
 }
 
-// A bare word ending at the separator. At most capacity - 1 characters are
-// kept (capacity < 0: no bound), but the cursor moves past the whole word.
-void ReadWord(const wchar_t* line, int& cursor, wchar_t separator, wchar_t* word, int capacity) {
-  const int n = Length(line);
-  const int keep = capacity < 0 ? INT_MAX : capacity - 1;
-  int i = Start(cursor);
-  int kept = 0;
-  while (i < n && line[i] == separator) ++i;
-  for (; i < n && line[i] != separator; ++i) {
-    if (kept < keep) word[kept++] = line[i];
+// Where the next bare word lies: line[begin, end). Without a readable start
+// (a cursor past the end of the line) the word is empty at start and the
+// line is not looked at.
+struct Word {
+  int begin;
+  int end;
+  int length() const { return end - begin; }
+};
+
+// The blank is the separator of nearly every reader, and a blank or the
+// terminator ends a word: one test for both.
+bool EndsBlankWord(wchar_t c) { return (c & ~static_cast<wchar_t>(kBlank)) == 0; }
+
+Word FindBlankWord(const wchar_t* line, int start, bool readable) {
+  if (!readable) return {start, start};
+  const wchar_t* begin = line + start;
+  while (*begin == kBlank) ++begin;
+  const wchar_t* end = begin;
+  while (!EndsBlankWord(*end)) ++end;
+  return {static_cast<int>(begin - line), static_cast<int>(end - line)};
+}
+
+Word FindWord(const wchar_t* line, int start, bool readable, wchar_t separator) {
+  if (separator == kBlank) return FindBlankWord(line, start, readable);
+  if (!readable) return {start, start};
+  int i = start;
+  if (separator != 0) {
+    while (line[i] == separator) ++i;
   }
-  word[kept] = 0;
-  cursor = i;
+  const int begin = i;
+  for (wchar_t c; (c = line[i]) != 0 && c != separator; ++i) {
+  }
+  return {begin, i};
 }
 
-// Characters up to the closing quote (or the end), the cursor one past it.
-void ReadQuotedRest(const wchar_t* line, int n, int i, int& cursor, wchar_t* text) {
-  int k = 0;
-  for (; i < n && line[i] != kQuote; ++i) text[k++] = line[i];
-  text[k] = 0;
+// Copies at most capacity - 1 characters of the word (capacity < 0: all).
+void CopyWord(const wchar_t* line, Word w, wchar_t* out, int capacity) {
+  int n = w.length();
+  if (capacity >= 0 && n > capacity - 1) n = capacity - 1;
+  if (n > 0) std::wmemcpy(out, line + w.begin, static_cast<std::size_t>(n));
+  out[n] = 0;
+}
+
+Word NextWord(const wchar_t* line, int& cursor, wchar_t separator) {
+  const int start = Start(cursor);
+  const Word w = FindWord(line, start, Readable(line, start), separator);
+  cursor = w.end;
+  return w;
+}
+
+// A word read as a number passes through an 80-character buffer, so it is cut
+// to 79 characters. A shorter blank-separated word is read where it stands:
+// the number ends at its end anyway, at the blank or terminator behind it,
+// unless the word starts with a control character that the number readers
+// skip as a blank.
+template <typename Convert>
+auto ConvertWord(const wchar_t* line, Word w, bool in_place, Convert convert) {
+  if (w.length() == 0) return convert(L"");
+  const wchar_t first = line[w.begin];
+  if (in_place && w.length() < kWordChars && (first < L'\t' || first > L'\r')) {
+    return convert(line + w.begin);
+  }
+  wchar_t word[kWordChars];
+  CopyWord(line, w, word, kWordChars);
+  return convert(static_cast<const wchar_t*>(word));
+}
+
+// Characters from i up to the closing quote (or the end), the cursor one past
+// it. readable: line[i] may be read.
+void ReadQuotedRest(const wchar_t* line, int i, bool readable, int& cursor, wchar_t* text) {
+  wchar_t* out = text;
+  if (readable) {
+    const wchar_t* p = line + i;
+    for (wchar_t c; (c = *p) != 0 && c != kQuote; ++p) *out++ = c;
+    i = static_cast<int>(p - line);
+  }
+  *out = 0;
   cursor = Past(i);
 }
 
 void ReadString(const wchar_t* line, int& cursor, wchar_t separator, wchar_t* text) {
   if (text == nullptr) return;
-  const int n = Length(line);
   int i = Start(cursor);
-  while (i < n && line[i] == separator) ++i;
-  if (i < n && line[i] == kQuote) {
-    ReadQuotedRest(line, n, i + 1, cursor, text);
+  if (!Readable(line, i)) {
+    text[0] = 0;
+    cursor = i;
+    return;
+  }
+  if (separator != 0) {
+    while (line[i] == separator) ++i;
+  }
+  if (line[i] == kQuote) {
+    ReadQuotedRest(line, i + 1, true, cursor, text);
     return;
   }
   int k = 0;
-  for (; i < n && line[i] != separator; ++i) text[k++] = line[i];
+  for (wchar_t c; (c = line[i]) != 0 && c != separator; ++i) text[k++] = c;
   text[k] = 0;
   cursor = i;
 }
@@ -135,13 +220,47 @@ void ReadString(const wchar_t* line, int& cursor, wchar_t separator, wchar_t* te
 wchar_t WideSeparator(char separator) {
   const char narrow[2] = {separator, '\0'};
   wchar_t wide[2] = {0, 0};
-  CharToTChar(wide, 2, narrow);
+  korvalen::platform::ansi_to_wide(narrow, wide, 2);
   return wide[0];
 }
 
-int IntegerOf(const wchar_t* word) { return aToi(word); }
+int IntegerOf(const wchar_t* word) { return korvalen::detail::parse_int(word); }
 
-double RealOf(const wchar_t* word) { return word[0] == L'A' ? korvalen::kRealNotSet : aTof(word); }
+double RealOf(const wchar_t* word) {
+  return word[0] == L'A' ? korvalen::kRealNotSet : korvalen::detail::parse_double(word, nullptr);
+}
+
+int IntegerField(const wchar_t* line, int& cursor, wchar_t separator) {
+  const Word w = NextWord(line, cursor, separator);
+  return ConvertWord(line, w, separator == kBlank, IntegerOf);
+}
+
+// Case folding can only make equal two words of the same length, and among
+// ASCII characters only the letters fold; anything else is left to StriCmp.
+bool IsOn(const wchar_t* line, Word w) {
+  if (w.length() != 2) return false;
+  const wchar_t a = line[w.begin];
+  const wchar_t b = line[w.begin + 1];
+  const auto ascii = [](wchar_t c) { return static_cast<unsigned long>(c) < 0x80; };
+  if (ascii(a) && ascii(b)) return (a | 0x20) == L'o' && (b | 0x20) == L'n';
+  const wchar_t word[3] = {a, b, 0};
+  return StriCmp(word, L"ON") == 0;
+}
+
+void ReadHead(const wchar_t* line, wchar_t& type, int& index, int& cursor) {
+  if (line == nullptr) {
+    index = 0;
+    cursor = 1;
+    return;
+  }
+  int i = 0;
+  while (line[i] == kBlank) ++i;
+  const bool inside = line[i] != 0;
+  if (inside) type = line[i];
+  const Word w = FindBlankWord(line, i + 1, inside);
+  cursor = w.end;
+  index = ConvertWord(line, w, true, IntegerOf);
+}
 
 void ReadRecordLine(FILE* file, wchar_t* line, int limit, wchar_t& type, int& index, int& cursor) {
   if (line == nullptr) {
@@ -154,7 +273,7 @@ void ReadRecordLine(FILE* file, wchar_t* line, int limit, wchar_t& type, int& in
   } else if (line[0] == L'#') {
     type = L'#';
   } else {
-    ObtenerTipoIndexCfg(line, type, index, cursor);
+    ReadHead(line, type, index, cursor);
   }
 }
 
@@ -185,36 +304,31 @@ void LeerLineaLargaDeCfg(FILE* file, wchar_t* line, wchar_t& type, int& index, i
 }
 
 void ObtenerTipoIndexCfg(const wchar_t* line, wchar_t& type, int& index, int& cursor) {
-  const int n = Length(line);
-  int i = 0;
-  while (i < n && line[i] == kBlank) ++i;
-  if (i < n) type = line[i];
-  cursor = i + 1;
-  wchar_t word[kWordChars];
-  ReadWord(line, cursor, kBlank, word, kWordChars);
-  index = IntegerOf(word);
+  ReadHead(line, type, index, cursor);
 }
 
 void LeerUnStr(const wchar_t* line, int& cursor, wchar_t* word) {
-  if (word != nullptr) ReadWord(line, cursor, kBlank, word, -1);
+  if (word != nullptr) CopyWord(line, NextWord(line, cursor, kBlank), word, -1);
 }
 
 void LeerUnStrSep(const wchar_t* line, int& cursor, char separator, wchar_t* word) {
-  if (word != nullptr) ReadWord(line, cursor, WideSeparator(separator), word, -1);
+  if (word != nullptr) CopyWord(line, NextWord(line, cursor, WideSeparator(separator)), word, -1);
 }
 
 void LeerUnChar(const wchar_t* line, int& cursor, wchar_t& value) {
-  wchar_t word[kWordChars];
-  ReadWord(line, cursor, kBlank, word, kWordChars);
-  value = word[0] == 0 ? kBlank : word[0];
+  const Word w = NextWord(line, cursor, kBlank);
+  value = w.length() == 0 ? kBlank : line[w.begin];
 }
 
 void LeerUnTexto(const wchar_t* line, int& cursor, wchar_t* text) {
   if (text == nullptr) return;
-  const int n = Length(line);
   int i = Start(cursor);
-  while (i < n && line[i] != kQuote) ++i;
-  ReadQuotedRest(line, n, Past(i), cursor, text);
+  bool quote = false;
+  if (Readable(line, i)) {
+    while (line[i] != 0 && line[i] != kQuote) ++i;
+    quote = line[i] == kQuote;
+  }
+  ReadQuotedRest(line, Past(i), quote, cursor, text);
 }
 
 void LeerUnString(const wchar_t* line, int& cursor, wchar_t* text) {
@@ -226,43 +340,30 @@ void LeerUnStringSep(const wchar_t* line, int& cursor, char separator, wchar_t* 
 }
 
 void LeerSIoNO(const wchar_t* line, int& cursor, int& value) {
-  wchar_t word[kWordChars];
-  ReadWord(line, cursor, kBlank, word, kWordChars);
-  value = StriCmp(word, L"ON") == 0 ? 1 : 0;
+  value = IsOn(line, NextWord(line, cursor, kBlank)) ? 1 : 0;
 }
 
 void LeerSIoNOInt(const wchar_t* line, int& cursor, int& value) {
-  wchar_t word[kWordChars];
-  ReadWord(line, cursor, kBlank, word, kWordChars);
-  value = IntegerOf(word) != 0 ? 1 : 0;
+  value = IntegerField(line, cursor, kBlank) != 0 ? 1 : 0;
 }
 
 void LeerUnShort(const wchar_t* line, int& cursor, short& value) {
-  wchar_t word[kWordChars];
-  ReadWord(line, cursor, kBlank, word, kWordChars);
-  value = static_cast<short>(IntegerOf(word));
+  value = static_cast<short>(IntegerField(line, cursor, kBlank));
 }
 
 void LeerUnEntero(const wchar_t* line, int& cursor, int& value) {
-  wchar_t word[kWordChars];
-  ReadWord(line, cursor, kBlank, word, kWordChars);
-  value = IntegerOf(word);
+  value = IntegerField(line, cursor, kBlank);
 }
 
 void LeerUnEnteroSep(const wchar_t* line, int& cursor, char separator, int& value) {
-  wchar_t word[kWordChars];
-  ReadWord(line, cursor, WideSeparator(separator), word, kWordChars);
-  value = IntegerOf(word);
+  value = IntegerField(line, cursor, WideSeparator(separator));
 }
 
 void LeerUnLong(const wchar_t* line, int& cursor, LONG& value) {
-  wchar_t word[kWordChars];
-  ReadWord(line, cursor, kBlank, word, kWordChars);
-  value = aTol(word);
+  value = IntegerField(line, cursor, kBlank);
 }
 
 void LeerUnReal(const wchar_t* line, int& cursor, double& value) {
-  wchar_t word[kWordChars];
-  ReadWord(line, cursor, kBlank, word, kWordChars);
-  value = RealOf(word);
+  const Word w = NextWord(line, cursor, kBlank);
+  value = ConvertWord(line, w, true, RealOf);
 }

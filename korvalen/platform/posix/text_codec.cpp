@@ -3,15 +3,17 @@
 #include "korvalen/platform/text_codec.h"
 
 #include <cstdint>
+#include <cstring>
+
+#include "korvalen/platform/line_input.h"
 
 namespace korvalen::platform {
 namespace {
 
-constexpr char16_t kHighHalf[32] = {
-    0x20AC, 0x0081, 0x201A, 0x0192, 0x201E, 0x2026, 0x2020, 0x2021,
-    0x02C6, 0x2030, 0x0160, 0x2039, 0x0152, 0x008D, 0x017D, 0x008F,
-    0x0090, 0x2018, 0x2019, 0x201C, 0x201D, 0x2022, 0x2013, 0x2014,
-    0x02DC, 0x2122, 0x0161, 0x203A, 0x0153, 0x009D, 0x017E, 0x0178};
+constexpr char16_t kHighHalf[32] = {0x20AC, 0x0081, 0x201A, 0x0192, 0x201E, 0x2026, 0x2020, 0x2021,
+                                    0x02C6, 0x2030, 0x0160, 0x2039, 0x0152, 0x008D, 0x017D, 0x008F,
+                                    0x0090, 0x2018, 0x2019, 0x201C, 0x201D, 0x2022, 0x2013, 0x2014,
+                                    0x02DC, 0x2122, 0x0161, 0x203A, 0x0153, 0x009D, 0x017E, 0x0178};
 
 }  // namespace
 
@@ -31,16 +33,12 @@ char wide_char_to_ansi(wchar_t c) {
 
 int ansi_to_wide(const char* src, wchar_t* dst, int capacity) {
   if (src == nullptr) src = "";
-  int needed = 1;
-  for (const char* p = src; *p != 0; ++p) ++needed;
-  if (capacity == 0 || dst == nullptr) return needed;
-  if (capacity < 0) capacity = needed;
-  int i = 0;
-  for (; i < capacity - 1 && src[i] != 0; ++i) {
-    dst[i] = ansi_char_to_wide(static_cast<unsigned char>(src[i]));
-  }
-  dst[i] = 0;
-  return needed <= capacity ? needed : 0;
+  if (capacity == 0 || dst == nullptr) return static_cast<int>(std::strlen(src)) + 1;
+  // Only what fits is looked at: a cut text reports 0 whatever its length.
+  const std::size_t room = capacity < 0 ? SIZE_MAX : static_cast<std::size_t>(capacity) - 1;
+  const std::size_t length = strnlen(src, room);
+  const int result = line_to_wide(src, length, dst, capacity);
+  return src[length] == 0 ? result : 0;
 }
 
 int wide_to_ansi(const wchar_t* src, char* dst, int capacity) {

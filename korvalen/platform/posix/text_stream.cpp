@@ -12,8 +12,8 @@ namespace {
 
 struct TextFile {
   int fd;
-  bool end;          // Ctrl-Z seen: the rest of the file does not exist for the reader
-  bool pending_cr;   // a CR at the end of the last raw chunk, not yet decided
+  bool end;         // Ctrl-Z seen: the rest of the file does not exist for the reader
+  bool pending_cr;  // a CR at the end of the last raw chunk, not yet decided
   char raw[8192];
 };
 
@@ -37,6 +37,40 @@ bool write_all(int fd, const char* data, size_t size) {
   return true;
 }
 
+// Copies raw[0, n) to out folding CR LF into LF, up to a Ctrl-Z (which ends
+// the input for good). A CR that is the last byte of the chunk is held back
+// for the next byte to decide. Returns the bytes written, at most n.
+size_t fold_chunk(TextFile* f, size_t n, char* out) {
+  const char* p = f->raw;
+  const char* const chunk_end = f->raw + n;
+  // Ctrl-Z is rare, so it is looked for once per chunk; the CR runs are then
+  // copied whole.
+  const char* end = static_cast<const char*>(std::memchr(p, 0x1A, n));
+  if (end != nullptr) {
+    f->end = true;
+  } else {
+    end = chunk_end;
+  }
+  char* o = out;
+  while (p < end) {
+    const auto* cr = static_cast<const char*>(std::memchr(p, '\r', static_cast<size_t>(end - p)));
+    if (cr == nullptr) cr = end;
+    const auto run = static_cast<size_t>(cr - p);
+    std::memcpy(o, p, run);
+    o += run;
+    if (cr == end) break;
+    if (cr + 1 == chunk_end) {
+      f->pending_cr = true;
+      break;
+    }
+    // A CR before a LF is dropped; any other CR (one before the Ctrl-Z
+    // included) is an ordinary character.
+    if (cr[1] != '\n') *o++ = '\r';
+    p = cr + 1;
+  }
+  return static_cast<size_t>(o - out);
+}
+
 ssize_t text_read(void* cookie, char* out, size_t size) {
   auto* f = static_cast<TextFile*>(cookie);
   if (f->end || size == 0) return 0;
@@ -56,33 +90,18 @@ ssize_t text_read(void* cookie, char* out, size_t size) {
       }
       return static_cast<ssize_t>(produced);
     }
-    size_t i = 0;
     if (f->pending_cr) {
       f->pending_cr = false;
       if (f->raw[0] != '\n') {
         out[produced++] = '\r';
         if (produced == size) {
-          // No room for more: give the byte just read back to the file.
+          // No room for more: give the bytes just read back to the file.
           lseek(f->fd, -n, SEEK_CUR);
           break;
         }
       }
     }
-    for (; i < static_cast<size_t>(n); ++i) {
-      const char c = f->raw[i];
-      if (c == 0x1A) {
-        f->end = true;
-        break;
-      }
-      if (c == '\r') {
-        if (i + 1 == static_cast<size_t>(n)) {
-          f->pending_cr = true;  // decided by the next byte
-          break;
-        }
-        if (f->raw[i + 1] == '\n') continue;  // CR LF reads as LF
-      }
-      out[produced++] = c;
-    }
+    produced += fold_chunk(f, static_cast<size_t>(n), out + produced);
     if (f->end) break;
   }
   return static_cast<ssize_t>(produced);

@@ -1,0 +1,8 @@
+// The C libraries of the POSIX systems round decimal texts correctly.
+#include "korvalen/platform/decimal_reals.h"
+
+namespace korvalen::platform {
+
+bool runtime_rounds_decimals_exactly() { return true; }
+
+}  // namespace korvalen::platform
