@@ -1,5 +1,4 @@
 // Wide-text primitives: conversions, string functions and numbers.
-#include <cmath>
 #include <cwchar>
 
 #include "korvalen/foundation/number_parsing.h"
@@ -257,5 +256,4 @@ wchar_t* lToa(LONG value, wchar_t* buffer, int radix) {
   return iToa(static_cast<int>(value), buffer, radix);
 }
 
-extern "C" double fabs(double value) KORVALEN_CRT_NOEXCEPT { return std::signbit(value) ? -value : value; }
 
