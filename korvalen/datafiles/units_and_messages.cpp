@@ -4,6 +4,7 @@
 #include <cstdlib>
 
 #include "korvalen/config/config_reader.h"
+#include "korvalen/config/record_walk.h"
 #include "korvalen/datafiles/message_resources.h"
 #include "korvalen/foundation/primitives.h"
 
@@ -40,20 +41,14 @@ bool DamePunUnidades(TRegUnidades*& p) {
 
 void LeerPunUnidades(TRegUnidades*& p, int mode) {
   if (p == nullptr) return;
-  FILE* f = fOpen(L"UNIDADES.CFG", L"rt");
-  if (f == nullptr) return;
   const wchar_t wanted = mode == 1 ? L'K' : L'L';
-  wchar_t line[korvalen::kCfgLineChars + 1];
-  wchar_t type = L' ';
-  int index = 0;
-  int cursor = 0;
-  while (!std::feof(f)) {
-    LeerLineaDeCfg(f, line, type, index, cursor);
-    if (type == wanted && index >= 1 && index <= kUnitMagnitudes) {
-      LeerUnReal(line, cursor, p->conversion_factor[index - 1]);
-    }
-  }
-  std::fclose(f);
+  korvalen::detail::for_each_record<korvalen::kCfgLineChars>(
+      L"UNIDADES.CFG", [&](wchar_t* line, wchar_t type, int index, int& cursor) {
+        if (type == wanted && index >= 1 && index <= kUnitMagnitudes) {
+          LeerUnReal(line, cursor, p->conversion_factor[index - 1]);
+        }
+        return true;
+      });
 }
 
 void LiberaPunUnidades(TRegUnidades*& p) { std::free(p); }

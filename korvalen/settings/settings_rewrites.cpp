@@ -5,6 +5,7 @@
 
 #include "korvalen/config/config_reader.h"
 #include "korvalen/config/config_writer.h"
+#include "korvalen/config/record_walk.h"
 #include "korvalen/foundation/primitives.h"
 #include "korvalen/platform/files.h"
 
@@ -14,29 +15,6 @@ constexpr const wchar_t* kIdentificationFile = L"MIRSELID.CFG";
 constexpr const wchar_t* kIdentificationWork = L"AUXMRSID.CFG";
 constexpr const wchar_t* kProcessFile = L"MIRSELIN.CNI";
 constexpr const wchar_t* kProcessWork = L"AUXMRSIN.AUX";
-
-// Empty, or blanks only.
-bool IsBlank(const wchar_t* line) {
-  for (; *line != 0; ++line) {
-    if (*line != L' ') return false;
-  }
-  return true;
-}
-
-// Hands every line of the file that is not blank to edit(line, type, index,
-// cursor), which writes it, changed or not, to the work file.
-template <int kChars, typename Reader, typename Editor>
-void ForEachLine(FILE* in, Reader read, Editor edit) {
-  wchar_t line[kChars + 1];
-  wchar_t type = L' ';
-  int index = 0;
-  int cursor = 0;
-  while (!std::feof(in)) {
-    read(in, line, type, index, cursor);
-    if (type == L' ' || IsBlank(line)) continue;
-    edit(line, type, index, cursor);
-  }
-}
 
 // A003 := text. When the quoted text does not fit the record as it stands, the
 // record is rebuilt at the length it needs: its head up to the field and the
@@ -61,22 +39,15 @@ void WriteIdentificationText(FILE* out, wchar_t* line, int cursor, const wchar_t
 }  // namespace
 
 void LeerCfgMirselId(int& flag, wchar_t* text) {
-  FILE* f = fOpen(kIdentificationFile, L"rt");
-  if (f == nullptr) return;
-  wchar_t line[korvalen::kCfgLongLineChars + 1];
-  wchar_t type = L' ';
-  int index = 0;
-  int cursor = 0;
-  while (!std::feof(f)) {
-    LeerLineaLargaDeCfg(f, line, type, index, cursor);
-    if (type != L'A') continue;
-    if (index == 2) {
-      LeerSIoNO(line, cursor, flag);
-    } else if (index == 3 && text != nullptr) {
-      LeerUnTexto(line, cursor, text);
-    }
-  }
-  std::fclose(f);
+  korvalen::detail::for_each_record<korvalen::kCfgLongLineChars>(
+      kIdentificationFile, [&](wchar_t* line, wchar_t type, int index, int& cursor) {
+        if (type == L'A' && index == 2) {
+          LeerSIoNO(line, cursor, flag);
+        } else if (type == L'A' && index == 3 && text != nullptr) {
+          LeerUnTexto(line, cursor, text);
+        }
+        return true;
+      });
 }
 
 void EscribirCfgMirselId(int flag, const wchar_t* text) {
@@ -88,16 +59,16 @@ void EscribirCfgMirselId(int flag, const wchar_t* text) {
     std::fclose(in);
     return;
   }
-  ForEachLine<korvalen::kCfgLongLineChars>(in, LeerLineaLargaDeCfg,
-                                           [&](wchar_t* line, wchar_t type, int index, int cursor) {
-                                             if (type == L'A' && index == 2) {
-                                               EscribirSIoNO(line, cursor, flag);
-                                             } else if (type == L'A' && index == 3) {
-                                               WriteIdentificationText(out, line, cursor, text);
-                                               return;
-                                             }
-                                             EscribirLineaEnFichero(out, line);
-                                           });
+  korvalen::detail::for_each_line<korvalen::kCfgLongLineChars>(
+      in, [&](wchar_t* line, wchar_t type, int index, int cursor) {
+        if (type == L'A' && index == 2) {
+          EscribirSIoNO(line, cursor, flag);
+        } else if (type == L'A' && index == 3) {
+          WriteIdentificationText(out, line, cursor, text);
+          return;
+        }
+        EscribirLineaEnFichero(out, line);
+      });
   std::fclose(in);
   std::fclose(out);
   korvalen::platform::replace_file(kIdentificationWork, kIdentificationFile);
@@ -110,25 +81,25 @@ void ActualizaMirselinCNI(int& a0, const wchar_t* r1, const wchar_t* r5r8,
   if (in == nullptr) return;
   FILE* out = fOpen(kProcessWork, L"wt");
   if (out != nullptr) {
-    ForEachLine<korvalen::kCfgLineChars>(in, LeerLineaDeCfg,
-                                         [&](wchar_t* line, wchar_t type, int index, int cursor) {
-                                           if (type == L'A' && index == 0) {
-                                             EscribirUnEntero(line, cursor, a0);
-                                           } else if (type == L'A' && index == 1) {
-                                             EscribirUnTexto(line, cursor, a1);
-                                           } else if (type == L'A' && index == 2) {
-                                             EscribirUnTexto(line, cursor, a2);
-                                           } else if (type == L'A' && index == 5) {
-                                             EscribirUnTexto(line, cursor, a5);
-                                           } else if (type == L'R' && index == 0) {
-                                             EscribirSIoNO(line, cursor, r0);
-                                           } else if (type == L'R' && index == 1) {
-                                             EscribirUnTexto(line, cursor, r1);
-                                           } else if (type == L'R' && (index == 5 || index == 8)) {
-                                             EscribirUnTexto(line, cursor, r5r8);
-                                           }
-                                           EscribirLineaEnFichero(out, line);
-                                         });
+    korvalen::detail::for_each_line<korvalen::kCfgLineChars>(
+        in, [&](wchar_t* line, wchar_t type, int index, int cursor) {
+          if (type == L'A' && index == 0) {
+            EscribirUnEntero(line, cursor, a0);
+          } else if (type == L'A' && index == 1) {
+            EscribirUnTexto(line, cursor, a1);
+          } else if (type == L'A' && index == 2) {
+            EscribirUnTexto(line, cursor, a2);
+          } else if (type == L'A' && index == 5) {
+            EscribirUnTexto(line, cursor, a5);
+          } else if (type == L'R' && index == 0) {
+            EscribirSIoNO(line, cursor, r0);
+          } else if (type == L'R' && index == 1) {
+            EscribirUnTexto(line, cursor, r1);
+          } else if (type == L'R' && (index == 5 || index == 8)) {
+            EscribirUnTexto(line, cursor, r5r8);
+          }
+          EscribirLineaEnFichero(out, line);
+        });
     std::fclose(out);
   }
   std::fclose(in);

@@ -4,6 +4,7 @@
 #include <initializer_list>
 
 #include "korvalen/config/config_reader.h"
+#include "korvalen/config/record_walk.h"
 #include "korvalen/foundation/file_names.h"
 #include "korvalen/foundation/primitives.h"
 
@@ -153,20 +154,12 @@ int LeerDatosParamSys(int& language, wchar_t* server_name, wchar_t* database_fil
 }
 
 void LeerSiOpcBasicas(int& basic_options) {
-  FILE* f = fOpen(kProductFile, L"rt");
-  if (f == nullptr) return;
-  wchar_t line[korvalen::kCfgLongLineChars + 1];
-  wchar_t type = L' ';
-  int index = 0;
-  int cursor = 0;
-  while (!std::feof(f)) {
-    LeerLineaLargaDeCfg(f, line, type, index, cursor);
-    if (type == L'A' && index == 302) {
-      LeerSIoNO(line, cursor, basic_options);
-      break;
-    }
-  }
-  std::fclose(f);
+  korvalen::detail::for_each_record<korvalen::kCfgLongLineChars>(
+      kProductFile, [&](wchar_t* line, wchar_t type, int index, int& cursor) {
+        if (type != L'A' || index != 302) return true;
+        LeerSIoNO(line, cursor, basic_options);
+        return false;
+      });
 }
 
 void CrearDirectoriosDB(const wchar_t* directory) {
@@ -184,24 +177,18 @@ void LeerPequeno(int& first_value, wchar_t* box_file, int& second_value) {
   SetText(box_file, L"CAJPEQU.CAJ");
   second_value = 1;
   if (Access(kPackagingFile, 0) != 0) return;
-  FILE* f = fOpen(kPackagingFile, L"rt");
-  if (f == nullptr) return;
-  wchar_t line[korvalen::kCfgLineChars + 1];
-  wchar_t type = L' ';
-  int index = 0;
-  int cursor = 0;
-  while (!std::feof(f)) {
-    LeerLineaDeCfg(f, line, type, index, cursor);
-    if (type != L'A') continue;
-    if (index == 0) {
-      LeerUnEntero(line, cursor, first_value);
-    } else if (index == 1) {
-      if (box_file != nullptr) LeerUnTexto(line, cursor, box_file);
-    } else if (index == 2) {
-      LeerUnEntero(line, cursor, second_value);
-    }
-  }
-  std::fclose(f);
+  korvalen::detail::for_each_record<korvalen::kCfgLineChars>(
+      kPackagingFile, [&](wchar_t* line, wchar_t type, int index, int& cursor) {
+        if (type != L'A') return true;
+        if (index == 0) {
+          LeerUnEntero(line, cursor, first_value);
+        } else if (index == 1) {
+          if (box_file != nullptr) LeerUnTexto(line, cursor, box_file);
+        } else if (index == 2) {
+          LeerUnEntero(line, cursor, second_value);
+        }
+        return true;
+      });
 }
 
 void EscribirPequeno(int first_value, const wchar_t* box_file, int second_value) {

@@ -1,0 +1,70 @@
+// Internal: the loop every settings-file reader and rewriter of the library
+// runs, in one place. Reading a file means: open it in text mode, and while the
+// end-of-file indicator is not set, take the next line with LeerLineaDeCfg (or
+// LeerLineaLargaDeCfg), skip empty lines and comments, and dispatch on the
+// record's type letter and index.
+//
+//   korvalen::detail::for_each_record<korvalen::kCfgLineChars>(
+//       L"PEQUENO.SYS", [&](wchar_t* line, wchar_t type, int index, int& cursor) {
+//         if (type == L'A' && index == 0) LeerUnEntero(line, cursor, value);
+//         return true;  // false stops the walk
+//       });
+#pragma once
+
+#include <cstdio>
+
+#include "korvalen/config/config_reader.h"
+#include "korvalen/foundation/primitives.h"
+
+namespace korvalen::detail {
+
+// Reads the next line with the record reader of that line limit.
+template <int kChars>
+void read_record_line(FILE* in, wchar_t* line, wchar_t& type, int& index, int& cursor) {
+  static_assert(kChars == kCfgLineChars || kChars == kCfgLongLineChars);
+  if constexpr (kChars == kCfgLineChars) {
+    LeerLineaDeCfg(in, line, type, index, cursor);
+  } else {
+    LeerLineaLargaDeCfg(in, line, type, index, cursor);
+  }
+}
+
+// Every line of an open file that is neither empty nor blanks only, comments
+// included, as rewrites copy them: visit(line, type, index, cursor).
+template <int kChars, typename Visit>
+void for_each_line(FILE* in, Visit visit) {
+  wchar_t line[kChars + 1];
+  wchar_t type = L' ';
+  int index = 0;
+  int cursor = 0;
+  while (!std::feof(in)) {
+    read_record_line<kChars>(in, line, type, index, cursor);
+    if (type == L' ') continue;
+    const wchar_t* p = line;
+    while (*p == L' ') ++p;
+    if (*p == 0) continue;
+    visit(line, type, index, cursor);
+  }
+}
+
+// Every record of a settings file, in file order; comments and empty lines are
+// skipped. visit(line, type, index, cursor) returns false to stop. Returns
+// false when the file does not open.
+template <int kChars, typename Visit>
+bool for_each_record(const wchar_t* file_name, Visit visit) {
+  FILE* in = fOpen(file_name, L"rt");
+  if (in == nullptr) return false;
+  wchar_t line[kChars + 1];
+  wchar_t type = L' ';
+  int index = 0;
+  int cursor = 0;
+  while (!std::feof(in)) {
+    read_record_line<kChars>(in, line, type, index, cursor);
+    if (type == L' ' || type == L'#') continue;
+    if (!visit(line, type, index, cursor)) break;
+  }
+  std::fclose(in);
+  return true;
+}
+
+}  // namespace korvalen::detail
