@@ -17,7 +17,7 @@
 
 #include "korvalen/foundation/record_list.h"
 #include "temp_dir_test.h"
-#include "worker_processes.h"
+#include "process_support.h"
 
 namespace {
 
@@ -226,7 +226,7 @@ std::string Sheet(int worker, int i) {
 
 // Runs only in the copies that the test below starts.
 TEST(SheetQueueWorker, DISABLED_AddPairs) {
-  const std::string index = korvalen::testing::WorkerIndex();
+  const std::string index = korvalen::testing::Environment("KORVALEN_WORKER");
   if (index.empty()) GTEST_SKIP() << "runs only as a copy started by SheetQueue";
   const int worker = std::stoi(index);
   const auto deadline = std::chrono::steady_clock::now() + std::chrono::seconds(120);
@@ -246,7 +246,7 @@ TEST_F(SheetQueue, TwoProgramsAddingAtOnceLeaveWholePairs) {
     std::this_thread::sleep_for(std::chrono::milliseconds(RunningUnderWine() ? 3000 : 200));
     WriteBytes(kStartFile, "go");
   });
-  const int succeeded = korvalen::testing::RunWorkers("SheetQueueWorker.*", 2);
+  const int succeeded = korvalen::testing::RunTestsInCopies("SheetQueueWorker.*", 2);
   starter.join();
   ASSERT_EQ(succeeded, 2);
 

@@ -1,4 +1,4 @@
-// Test support for the diagnostics suite (and its benchmark): running copies
+// Test support for the suites (and the benchmarks): running copies
 // of this program at the same time, and holding a file the way another process
 // of the suite would. The only place of this suite that talks to the
 // operating system.
