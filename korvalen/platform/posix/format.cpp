@@ -55,7 +55,7 @@ void translate(const wchar_t* format, Out& out) {
       ++p;
       continue;
     }
-    // Copy the rest of the specification (length letters and conversion).
+    // Copy the rest of the directive (length letters and conversion).
     while (*p != 0) {
       const wchar_t c = *p++;
       out.push_back(c);
