@@ -13,8 +13,8 @@
 #include <cstring>
 #include <mutex>
 #include <new>
-#include <unordered_map>
 #include <string>
+#include <unordered_map>
 #include <vector>
 
 #include "korvalen/platform/posix/native_path.h"
@@ -238,59 +238,74 @@ int replace_file(const wchar_t* work_name, const wchar_t* target) {
 }
 
 wchar_t* current_directory(wchar_t* buffer, int capacity) {
-  if (buffer == nullptr || capacity <= 0) return nullptr;
-  std::vector<char> raw(PATH_MAX + 1);
-  if (::getcwd(raw.data(), raw.size()) == nullptr) return nullptr;
-  const std::wstring cwd = posix::from_utf8(raw.data());
-  if (cwd.size() + 1 > static_cast<std::size_t>(capacity)) {
-    errno = ERANGE;
+  try {
+    if (buffer == nullptr || capacity <= 0) return nullptr;
+    std::vector<char> raw(PATH_MAX + 1);
+    if (::getcwd(raw.data(), raw.size()) == nullptr) return nullptr;
+    const std::wstring cwd = posix::from_utf8(raw.data());
+    if (cwd.size() + 1 > static_cast<std::size_t>(capacity)) {
+      errno = ERANGE;
+      return nullptr;
+    }
+    copy_bounded(buffer, capacity, cwd);
+    return buffer;
+  } catch (...) {
+    // Only allocation can throw here; it reads as a failed call.
     return nullptr;
   }
-  copy_bounded(buffer, capacity, cwd);
-  return buffer;
 }
 
 intptr_t find_first(const wchar_t* pattern, _wfinddata64i32_t* data) {
-  if (pattern == nullptr || data == nullptr) return -1;
-  std::string path = native_path(pattern);
-  std::string dir;
-  std::string mask = path;
-  const std::size_t slash = path.rfind('/');
-  if (slash != std::string::npos) {
-    dir = path.substr(0, slash == 0 ? 1 : slash);
-    mask = path.substr(slash + 1);
-  }
-  auto* s = new (std::nothrow) Search{dir, posix::from_utf8(mask.c_str()), nullptr};
-  if (s == nullptr) return -1;
-  s->handle = opendir(dir.empty() ? "." : dir.c_str());
-  if (s->handle == nullptr || !next_match(s, data)) {
-    release(s);
-    errno = ENOENT;
+  try {
+    if (pattern == nullptr || data == nullptr) return -1;
+    std::string path = native_path(pattern);
+    std::string dir;
+    std::string mask = path;
+    const std::size_t slash = path.rfind('/');
+    if (slash != std::string::npos) {
+      dir = path.substr(0, slash == 0 ? 1 : slash);
+      mask = path.substr(slash + 1);
+    }
+    auto* s = new (std::nothrow) Search{dir, posix::from_utf8(mask.c_str()), nullptr};
+    if (s == nullptr) return -1;
+    s->handle = opendir(dir.empty() ? "." : dir.c_str());
+    if (s->handle == nullptr || !next_match(s, data)) {
+      release(s);
+      errno = ENOENT;
+      return -1;
+    }
+    std::lock_guard<std::mutex> lock(g_searches_mutex);
+    const intptr_t handle = g_next_handle++;
+    g_searches.emplace(handle, s);
+    return handle;
+  } catch (...) {
+    // Only allocation can throw here; it reads as a failed call.
     return -1;
   }
-  std::lock_guard<std::mutex> lock(g_searches_mutex);
-  const intptr_t handle = g_next_handle++;
-  g_searches.emplace(handle, s);
-  return handle;
 }
 
 int find_next(intptr_t handle, _wfinddata64i32_t* data) {
-  if (data == nullptr) return -1;
-  // The search is taken out of the table while it is read, so two threads
-  // never share a directory stream.
-  Search* s = take_search(handle);
-  if (s == nullptr) {
-    errno = EINVAL;
+  try {
+    if (data == nullptr) return -1;
+    // The search is taken out of the table while it is read, so two threads
+    // never share a directory stream.
+    Search* s = take_search(handle);
+    if (s == nullptr) {
+      errno = EINVAL;
+      return -1;
+    }
+    if (!next_match(s, data)) {
+      release(s);
+      errno = ENOENT;
+      return -1;
+    }
+    std::lock_guard<std::mutex> lock(g_searches_mutex);
+    g_searches.emplace(handle, s);
+    return 0;
+  } catch (...) {
+    // Only allocation can throw here; it reads as a failed call.
     return -1;
   }
-  if (!next_match(s, data)) {
-    release(s);
-    errno = ENOENT;
-    return -1;
-  }
-  std::lock_guard<std::mutex> lock(g_searches_mutex);
-  g_searches.emplace(handle, s);
-  return 0;
 }
 
 int find_close(intptr_t handle) {
@@ -301,50 +316,61 @@ int find_close(intptr_t handle) {
 }
 
 void search_env(const wchar_t* file, const wchar_t* variable, wchar_t* result) {
-  if (result == nullptr) return;
-  result[0] = 0;
-  if (file == nullptr || *file == 0) return;
-  const std::string name = native_path(file);
-  struct stat st;
-  if (stat(name.c_str(), &st) == 0) {
-    if (name[0] == '/') {
-      copy_bounded(result, MAX_PATH, posix::from_utf8(name.c_str()));
-    } else {
-      wchar_t cwd[MAX_PATH];
-      if (current_directory(cwd, MAX_PATH) != nullptr) {
-        copy_bounded(result, MAX_PATH, std::wstring(cwd) + L"/" + posix::from_utf8(name.c_str()));
+  try {
+    if (result == nullptr) return;
+    result[0] = 0;
+    if (file == nullptr || *file == 0) return;
+    const std::string name = native_path(file);
+    struct stat st;
+    if (stat(name.c_str(), &st) == 0) {
+      if (name[0] == '/') {
+        copy_bounded(result, MAX_PATH, posix::from_utf8(name.c_str()));
+      } else {
+        wchar_t cwd[MAX_PATH];
+        if (current_directory(cwd, MAX_PATH) != nullptr) {
+          copy_bounded(result, MAX_PATH, std::wstring(cwd) + L"/" + posix::from_utf8(name.c_str()));
+        }
       }
+      return;
     }
-    return;
-  }
-  const char* list = variable != nullptr ? std::getenv(posix::to_utf8(variable).c_str()) : nullptr;
-  if (list == nullptr) return;
-  std::string dirs = list;
-  std::size_t pos = 0;
-  while (pos <= dirs.size()) {
-    std::size_t end = dirs.find_first_of(":;", pos);
-    if (end == std::string::npos) end = dirs.size();
-    std::string dir = dirs.substr(pos, end - pos);
-    if (!dir.empty()) {
-      if (dir.back() != '/') dir += '/';
-      const std::wstring candidate = posix::from_utf8((dir + name).c_str());
-      if (stat(native_path(candidate.c_str()).c_str(), &st) == 0) {
-        copy_bounded(result, MAX_PATH, candidate);
-        return;
+    const char* list =
+        variable != nullptr ? std::getenv(posix::to_utf8(variable).c_str()) : nullptr;
+    if (list == nullptr) return;
+    std::string dirs = list;
+    std::size_t pos = 0;
+    while (pos <= dirs.size()) {
+      std::size_t end = dirs.find_first_of(":;", pos);
+      if (end == std::string::npos) end = dirs.size();
+      std::string dir = dirs.substr(pos, end - pos);
+      if (!dir.empty()) {
+        if (dir.back() != '/') dir += '/';
+        const std::wstring candidate = posix::from_utf8((dir + name).c_str());
+        if (stat(native_path(candidate.c_str()).c_str(), &st) == 0) {
+          copy_bounded(result, MAX_PATH, candidate);
+          return;
+        }
       }
+      pos = end + 1;
     }
-    pos = end + 1;
+  } catch (...) {
+    // Only allocation can throw here; it reads as a failed call.
+    if (result != nullptr) result[0] = 0;
   }
 }
 
 void executable_path(wchar_t* buffer, int capacity) {
-  if (buffer == nullptr || capacity <= 0) return;
-  buffer[0] = 0;
-  std::vector<char> raw(PATH_MAX + 1);
-  const ssize_t n = ::readlink("/proc/self/exe", raw.data(), raw.size() - 1);
-  if (n <= 0) return;
-  raw[static_cast<std::size_t>(n)] = 0;
-  copy_bounded(buffer, capacity, posix::from_utf8(raw.data()));
+  try {
+    if (buffer == nullptr || capacity <= 0) return;
+    buffer[0] = 0;
+    std::vector<char> raw(PATH_MAX + 1);
+    const ssize_t n = ::readlink("/proc/self/exe", raw.data(), raw.size() - 1);
+    if (n <= 0) return;
+    raw[static_cast<std::size_t>(n)] = 0;
+    copy_bounded(buffer, capacity, posix::from_utf8(raw.data()));
+  } catch (...) {
+    // Only allocation can throw here; it reads as a failed call.
+    if (buffer != nullptr && capacity > 0) buffer[0] = 0;
+  }
 }
 
 }  // namespace korvalen::platform

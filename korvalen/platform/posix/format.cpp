@@ -10,8 +10,8 @@ namespace korvalen::platform {
 namespace {
 
 bool is_flag_or_width(wchar_t c) {
-  return c == L'-' || c == L'+' || c == L' ' || c == L'#' || c == L'0' || c == L'*' ||
-         c == L'.' || (c >= L'1' && c <= L'9');
+  return c == L'-' || c == L'+' || c == L' ' || c == L'#' || c == L'0' || c == L'*' || c == L'.' ||
+         (c >= L'1' && c <= L'9');
 }
 
 template <typename Out>
@@ -91,16 +91,22 @@ struct SmallBuffer {
 }  // namespace
 
 int format_wide(wchar_t* buffer, std::size_t capacity, const wchar_t* format, va_list args) {
-  if (buffer == nullptr || capacity == 0) return -1;
-  if (format == nullptr) {
+  try {
+    if (buffer == nullptr || capacity == 0) return -1;
+    if (format == nullptr) {
+      buffer[0] = 0;
+      return -1;
+    }
+    SmallBuffer translated;
+    translate(format, translated);
+    const int n = std::vswprintf(buffer, capacity, translated.c_str(), args);
+    if (n < 0) buffer[capacity - 1] = 0;
+    return n;
+  } catch (...) {
+    // Only allocation can throw here; it reads as a failed call.
     buffer[0] = 0;
     return -1;
   }
-  SmallBuffer translated;
-  translate(format, translated);
-  const int n = std::vswprintf(buffer, capacity, translated.c_str(), args);
-  if (n < 0) buffer[capacity - 1] = 0;
-  return n;
 }
 
 }  // namespace korvalen::platform
