@@ -6,9 +6,13 @@
 
 #include <cwchar>
 #include <filesystem>
-#include <initializer_list>
+#include <iterator>
+#include <set>
 #include <string>
+#include <tuple>
+#include <vector>
 
+#include "guarded_text.h"
 #include "korvalen/foundation/primitives.h"
 #include "korvalen/foundation/typed_list.h"
 #include "temp_dir_test.h"
@@ -16,11 +20,14 @@
 namespace {
 
 namespace fs = std::filesystem;
+using korvalen::kDirectoryChars;
+using korvalen::kFullNameChars;
 using korvalen::testing::Exists;
+using korvalen::testing::GuardedText;
 using korvalen::testing::ReadBytes;
 using korvalen::testing::WriteBytes;
 
-class FileNames : public korvalen::testing::TempDirTest {};
+using FileNames = korvalen::testing::TempDirTest;
 
 // Drive-letter names tell the Windows conventions apart at run time.
 bool DriveLetters() {
@@ -29,78 +36,55 @@ bool DriveLetters() {
   return cwd[0] != 0 && cwd[1] == L':';
 }
 
-std::string Narrow(const std::wstring& text) { return fs::path(text).string(); }
+std::wstring CurrentDirectory() {
+  wchar_t cwd[kDirectoryChars];
+  DameDirectorioActual(cwd);
+  return cwd;
+}
 
 // --- names ------------------------------------------------------------------
 
-TEST(DameNombreCompleto, JoinsWithOneBackslash) {
-  const struct {
-    const wchar_t* directory;
-    const wchar_t* name;
-    const wchar_t* extension;
-    const wchar_t* full;
-  } cases[] = {
+TEST(FullNames, JoinWithOneBackslashCutToTheCapacity) {
+  const std::tuple<const wchar_t*, const wchar_t*, const wchar_t*, const wchar_t*> cases[] = {
+      // clang-format off
       {L"C:\\data\\", L"part", L".cfg", L"C:\\data\\part.cfg"},
       {L"C:\\data", L"part", L".cfg", L"C:\\data\\part.cfg"},
-      {L"", L"part", L".cfg", L"part.cfg"},
-      {nullptr, L"part", L".cfg", L"part.cfg"},
-      {L"dir", L"part", L"", L"dir\\part"},
-      {L"dir", L"", L".cfg", L"dir\\.cfg"},
+      {L"", L"part", L".cfg", L"part.cfg"},       {nullptr, L"part", L".cfg", L"part.cfg"},
+      {L"dir", L"part", L"", L"dir\\part"},      {L"dir", L"", L".cfg", L"dir\\.cfg"},
       {L"dir", L"part", L"cfg", L"dir\\partcfg"},
       {L"data/", L"part", L".cfg", L"data/\\part.cfg"},  // only a backslash counts
+      // clang-format on
   };
-  for (const auto& c : cases) {
+  for (const auto& [directory, name, extension, expected] : cases) {
     wchar_t full[300];
-    DameNombreCompleto(c.directory, c.name, c.extension, full);
-    EXPECT_EQ(std::wstring(full), c.full);
+    DameNombreCompleto(directory, name, extension, full);
+    EXPECT_STREQ(full, expected);
   }
-}
-
-TEST(DameNombreCompleto, LongNamesAreCutAndTheResultMayBeTheDirectory) {
-  const std::wstring directory(300, L'd');
-  wchar_t full[400];
-  std::wmemset(full, L'#', 400);
-  DameNombreCompleto(directory.c_str(), L"part", L".cfg", full);
-  EXPECT_EQ(std::wcslen(full), static_cast<std::size_t>(korvalen::kFullNameChars - 1));
-  for (int i = korvalen::kFullNameChars; i < 400; ++i) ASSERT_EQ(full[i], L'#');
-
-  wchar_t same[korvalen::kFullNameChars] = L"base";
+  const std::wstring long_directory(300, L'd');
+  GuardedText<400> cut;
+  DameNombreCompleto(long_directory.c_str(), L"part", L".cfg", cut.data());
+  EXPECT_EQ(cut.str(), long_directory.substr(0, kFullNameChars - 1));
+  EXPECT_TRUE(cut.IntactFrom(kFullNameChars));
+  wchar_t same[kFullNameChars] = L"base";
   DameNombreCompleto(same, L"part", L".cfg", same);
-  EXPECT_EQ(std::wstring(same), L"base\\part.cfg");
+  EXPECT_STREQ(same, L"base\\part.cfg");
 }
 
-TEST_F(FileNames, ComposedNamesOpenFilesInTheirDirectory) {
-  fs::create_directory("sub");
-  wchar_t cwd[korvalen::kDirectoryChars];
-  DameDirectorioActual(cwd);
-  wchar_t sub[korvalen::kFullNameChars];
-  DameNombreCompleto(cwd, L"sub", L"", sub);
-  wchar_t full[korvalen::kFullNameChars];
-  DameNombreCompleto(sub, L"UNIDADES", L".CFG", full);
-  FILE* f = fOpen(full, L"wt");
-  ASSERT_NE(f, nullptr);
-  fPuts(L"A000 1 ;\n", f);
-  std::fclose(f);
-  EXPECT_EQ(ReadBytes("sub/UNIDADES.CFG"), "A000 1 ;\r\n");
-}
-
-TEST(NomFicheroTieneCaracterNoPermitido, TheNineCharacters) {
+TEST(ForbiddenCharacters, TheNineAreFoundAndReplaced) {
   for (const wchar_t c : std::wstring(L"*?\\/:\"><|")) {
     const wchar_t name[] = {L'a', c, L'b', 0};
-    EXPECT_EQ(NomFicheroTieneCaracterNoPermitido(name), 1) << static_cast<char>(c);
+    EXPECT_EQ(NomFicheroTieneCaracterNoPermitido(name), 1) << name;
   }
-  for (const wchar_t* name : {L"PLATE 01.cfg", L"a-b_c(1);%,.+=[]{}'~", L"\u00D1and\u00FA", L""}) {
+  for (const wchar_t* name : {L"PLATE 01.cfg", L"a-b_c(1);%,.+=[]{}'~", L"\u00D1and\u00FA", L"",
+                              static_cast<const wchar_t*>(nullptr)}) {
     EXPECT_EQ(NomFicheroTieneCaracterNoPermitido(name), 0);
   }
-  EXPECT_EQ(NomFicheroTieneCaracterNoPermitido(nullptr), 0);
-
   wchar_t name[] = L"a*b?c\\d/e:f\"g>h<i|j.k";
   SustituirCaracteresNoPermitidoPor(name, L'_');
   EXPECT_EQ(std::wstring(name), L"a_b_c_d_e_f_g_h_i_j.k");
-  EXPECT_EQ(NomFicheroTieneCaracterNoPermitido(name), 0);
 }
 
-TEST(EstaEnListaNombre, WithoutRegardToCase) {
+TEST(NameLists, NamesWithoutRegardToCaseAndPairsExactly) {
   TRegListaNombre* first = nullptr;
   TRegListaNombre* last = nullptr;
   for (const wchar_t* name : {L"Laser", L"Punch", L"Plate 01"}) {
@@ -114,190 +98,129 @@ TEST(EstaEnListaNombre, WithoutRegardToCase) {
   EXPECT_EQ(EstaEnListaNombre(first, L""), 0);
   EXPECT_EQ(EstaEnListaNombre(nullptr, L"Laser"), 0);
   korvalen::detail::free_list(first, last);
-}
 
-class PairList : public ::testing::Test {
- protected:
-  void SetUp() override {
-    Add(L"A", L"X");
-    Add(L"A", L"Y");
-    Add(L"B", L"Z");
-    Add(L"b", L"W");
-  }
-  void TearDown() override { korvalen::detail::free_list(first_, last_); }
-  void Add(const wchar_t* one, const wchar_t* two) {
+  TRegListaParNombre* pairs = nullptr;
+  TRegListaParNombre* pairs_last = nullptr;
+  const std::pair<const wchar_t*, const wchar_t*> kPairs[] = {
+      {L"A", L"X"}, {L"A", L"Y"}, {L"B", L"Z"}, {L"b", L"W"}};
+  for (const auto& [one, two] : kPairs) {
     TRegListaParNombre pair{};
     StrCpy(pair.first, one);
     StrCpy(pair.second, two);
-    ASSERT_EQ(korvalen::detail::append(first_, last_, pair), 1);
+    ASSERT_EQ(korvalen::detail::append(pairs, pairs_last, pair), 1);
   }
-  std::wstring Other(const wchar_t* name, int direction, int keep) {
-    wchar_t result[korvalen::kFullNameChars];
-    std::wmemset(result, L'#', korvalen::kFullNameChars);
-    DameOtroNombre(first_, name, result, direction, keep);
-    for (int i = kNameListChars; i < korvalen::kFullNameChars; ++i) EXPECT_EQ(result[i], L'#');
-    return result;
-  }
-  TRegListaParNombre* first_ = nullptr;
-  TRegListaParNombre* last_ = nullptr;
-};
-
-TEST_F(PairList, FirstExactMatchInEitherDirection) {
+  const std::wstring long_name(400, L'n');
   const struct {
     const wchar_t* name;
     int direction;
     int keep;
-    const wchar_t* other;
+    std::wstring other;
   } cases[] = {
       // clang-format off
       {L"A", 1, 0, L"X"},  // the earlier of two pairs
-      {L"B", 1, 0, L"Z"},
-      {L"b", 1, 0, L"W"},  // case matters
-      {L"A", 7, 0, L"X"},  // any non-zero direction
-      {L"Z", 0, 0, L"B"},
-      {L"Y", 0, 0, L"A"},
-      {L"W", 0, 1, L"b"},
+      {L"B", 1, 0, L"Z"}, {L"b", 1, 0, L"W"}, {L"A", 7, 0, L"X"}, {L"Z", 0, 0, L"B"},
+      {L"Y", 0, 0, L"A"}, {L"W", 0, 1, L"b"},
       {L"A", 0, 0, L""},   // first names are not looked for in this direction
-      {L"A", 0, 1, L"A"},
-      {L"Q", 1, 1, L"Q"},
-      {L"Q", 1, 0, L""},
-      {L"x", 0, 0, L""},
+      {L"A", 0, 1, L"A"}, {L"Q", 1, 1, L"Q"}, {L"Q", 1, 0, L""}, {L"x", 0, 0, L""},
+      {long_name.c_str(), 1, 1, std::wstring(kNameListChars - 1, L'n')},
       // clang-format on
   };
   for (const auto& c : cases) {
-    EXPECT_EQ(Other(c.name, c.direction, c.keep), c.other)
-        << Narrow(c.name) << " " << c.direction << " " << c.keep;
+    GuardedText<kFullNameChars> result;
+    DameOtroNombre(pairs, c.name, result.data(), c.direction, c.keep);
+    EXPECT_EQ(result.str(), c.other) << c.name << " " << c.direction << " " << c.keep;
+    EXPECT_TRUE(result.IntactFrom(kNameListChars));
   }
-}
-
-TEST_F(PairList, KeptNamesAreCutAndTheResultMayBeTheName) {
-  const std::wstring long_name(400, L'n');
-  EXPECT_EQ(Other(long_name.c_str(), 1, 1), std::wstring(kNameListChars - 1, L'n'));
   wchar_t name[kNameListChars] = L"B";
-  DameOtroNombre(first_, name, name, 1, 0);
+  DameOtroNombre(pairs, name, name, 1, 0);  // the result may be the name itself
   EXPECT_EQ(std::wstring(name), L"Z");
   DameOtroNombre(nullptr, name, name, 1, 1);
   EXPECT_EQ(std::wstring(name), L"Z");
+  korvalen::detail::free_list(pairs, pairs_last);
 }
 
 TEST_F(FileNames, ModifNomDatosBucketsByNameWithoutItsLastTwoCharacters) {
-  const struct {
-    const wchar_t* name;
-    const wchar_t* result;
-    const char* bucket;
-  } cases[] = {
+  const std::tuple<const wchar_t*, const wchar_t*, const char*> cases[] = {
       {L"AB", L"A\\AB", "A"},
       {L"X", L"0\\X", "0"},
       {L"PLATE01", L"PLATE\\PLATE01", "PLATE"},
-      {L"ABC", L"A\\ABC", "A"},
-  };
-  fs::create_directory("base");
-  for (const auto& c : cases) {
-    wchar_t result[korvalen::kFullNameChars];
-    ModifNomDatos(c.name, result, L"base");
-    EXPECT_EQ(std::wstring(result), c.result);
-    EXPECT_TRUE(fs::is_directory(fs::path("base") / c.bucket)) << c.bucket;
-    ModifNomDatos(c.name, result, L"");
-    EXPECT_EQ(std::wstring(result), c.result);
-    EXPECT_FALSE(Exists(c.bucket)) << "created without a base directory";
-  }
-}
-
-TEST_F(FileNames, ModifNomDatosKeepsAnExistingBucketAndCreatesNothingForEmptyNames) {
+      {L"ABC", L"A\\ABC", "A"}};
   fs::create_directories("base/PLATE");
   WriteBytes("base/PLATE/KEEP.DAT", "kept");
-  wchar_t result[korvalen::kFullNameChars] = L"stale";
-  ModifNomDatos(L"PLATE01", result, L"base");
-  EXPECT_EQ(ReadBytes("base/PLATE/KEEP.DAT"), "kept");
+  for (const auto& [name, expected, bucket] : cases) {
+    wchar_t result[kFullNameChars];
+    ModifNomDatos(name, result, L"");
+    EXPECT_STREQ(result, expected);
+    EXPECT_FALSE(Exists(bucket)) << "created without a base directory";
+    ModifNomDatos(name, result, L"base");
+    EXPECT_STREQ(result, expected);
+    EXPECT_TRUE(fs::is_directory(fs::path("base") / bucket)) << bucket;
+  }
+  EXPECT_EQ(ReadBytes("base/PLATE/KEEP.DAT"), "kept");  // an existing bucket stays as it is
 
+  wchar_t result[kFullNameChars] = L"stale";
   ModifNomDatos(L"", result, L"base");
   EXPECT_EQ(std::wstring(result), L"");
-  int entries = 0;
-  for (const auto& e : fs::directory_iterator("base")) entries += e.is_directory() ? 1 : 0;
-  EXPECT_EQ(entries, 1);
+  EXPECT_EQ(std::distance(fs::directory_iterator("base"), fs::directory_iterator()), 3);
 
   const std::wstring long_name(200, L'L');
-  wchar_t cut[400];
-  std::wmemset(cut, L'#', 400);
-  ModifNomDatos(long_name.c_str(), cut, L"");
-  EXPECT_EQ(std::wcslen(cut), static_cast<std::size_t>(korvalen::kFullNameChars - 1));
-  EXPECT_EQ(std::wstring(cut, 199), std::wstring(198, L'L') + L"\\");
-  for (int i = korvalen::kFullNameChars; i < 400; ++i) ASSERT_EQ(cut[i], L'#');
+  GuardedText<400> cut;
+  ModifNomDatos(long_name.c_str(), cut.data(), L"");
+  EXPECT_EQ(cut.str(), std::wstring(198, L'L') + L"\\" + std::wstring(60, L'L'));
+  EXPECT_TRUE(cut.IntactFrom(kFullNameChars));
 }
 
 // --- directories --------------------------------------------------------------
 
 TEST_F(FileNames, CurrentDirectoryWithoutTrailingSeparator) {
-  wchar_t cwd[korvalen::kDirectoryChars];
-  DameDirectorioActual(cwd);
-  EXPECT_EQ(fs::path(cwd), fs::current_path());
-
-  fs::create_directory("ab");
-  CambiarDirectorio(L"ab");  // two characters: "ab\"
-  EXPECT_EQ(fs::current_path().filename(), "ab");
-  fs::create_directory("deeper");
+  const std::wstring start = CurrentDirectory();
+  EXPECT_EQ(fs::path(start), fs::current_path());
+  fs::create_directories("ab/deeper");
+  CambiarDirectorio(L"ab");  // two characters: "ab\", the same directory
   CambiarDirectorio(L"deeper");
-  EXPECT_EQ(fs::current_path().filename(), "deeper");
-  CambiarDirectorio(cwd);
-  EXPECT_EQ(fs::current_path(), fs::path(cwd));
-}
+  EXPECT_EQ(fs::current_path(), fs::path(start) / "ab" / "deeper");
 
-TEST_F(FileNames, RootOfTheDriveComesBackWithoutItsSeparator) {
-  wchar_t cwd[korvalen::kDirectoryChars];
-  DameDirectorioActual(cwd);
-  const bool drives = DriveLetters();
-  const wchar_t drive[] = {cwd[0], cwd[1], 0};
   // "C:" alone would stay in the drive's current directory; the root is meant.
+  const bool drives = DriveLetters();
+  const wchar_t drive[] = {start[0], start[1], 0};
   CambiarDirectorio(drives ? drive : L"/");
-  wchar_t root[korvalen::kDirectoryChars] = L"stale";
-  DameDirectorioActual(root);
-  EXPECT_EQ(std::wstring(root), drives ? std::wstring(drive) : L"");
+  EXPECT_EQ(CurrentDirectory(), drives ? std::wstring(drive) : L"");
+  CambiarDirectorio(start.c_str());
+  EXPECT_EQ(fs::current_path(), fs::path(start));
 }
 
 TEST_F(FileNames, CurrentDirectoryTooLongForItsBufferIsEmpty) {
   const std::wstring here = fs::current_path().wstring();
   std::error_code error;
-  for (const int length : {korvalen::kDirectoryChars - 1, korvalen::kDirectoryChars}) {
+  for (const int length : {kDirectoryChars - 1, kDirectoryChars}) {
     const int component = length - static_cast<int>(here.size()) - 1;
     ASSERT_GT(component, 0);
     const fs::path dir = fs::path(here) / std::wstring(static_cast<std::size_t>(component), L'x');
     fs::create_directory(dir, error);
     fs::current_path(dir, error);
     if (error) GTEST_SKIP() << "the system refuses a directory of " << length << " characters";
-    wchar_t cwd[korvalen::kDirectoryChars + 8];
-    std::wmemset(cwd, L'#', korvalen::kDirectoryChars + 8);
-    DameDirectorioActual(cwd);
-    if (length < korvalen::kDirectoryChars) {
-      EXPECT_EQ(fs::path(cwd), dir);
-    } else {
-      EXPECT_EQ(cwd[0], 0);
-    }
-    for (int i = korvalen::kDirectoryChars; i < korvalen::kDirectoryChars + 8; ++i) {
-      ASSERT_EQ(cwd[i], L'#');
-    }
+    GuardedText<kDirectoryChars + 8> cwd;
+    DameDirectorioActual(cwd.data());
+    EXPECT_EQ(cwd.str(), length < kDirectoryChars ? dir.wstring() : L"");
+    EXPECT_TRUE(cwd.IntactFrom(kDirectoryChars));
     fs::current_path(here);
   }
 }
 
 TEST_F(FileNames, ApplicationDirectoryHoldsTheRunningProgram) {
-  wchar_t app[korvalen::kDirectoryChars];
+  wchar_t app[kDirectoryChars];
   DameDirectorioDeApp(app);
   const std::wstring dir = app;
   ASSERT_FALSE(dir.empty());
   EXPECT_TRUE(dir.back() == L'\\' || dir.back() == L'/');
   // The test program itself, not the library (which sits elsewhere on POSIX).
-  const std::wstring program = dir + L"korvalen_tests_foundation";
-  EXPECT_TRUE(Exists(Narrow(program)) || Exists(Narrow(program + L".exe")));
-
+  const fs::path program = fs::path(dir + L"korvalen_tests_foundation");
+  EXPECT_TRUE(fs::exists(program) || fs::exists(fs::path(program).concat(".exe")));
   CambiarDirectorioDeApp();
-  wchar_t cwd[korvalen::kDirectoryChars];
-  DameDirectorioActual(cwd);
-  EXPECT_EQ(fs::path(cwd), fs::path(dir.substr(0, dir.size() - 1)));
+  EXPECT_EQ(fs::path(CurrentDirectory()), fs::path(dir.substr(0, dir.size() - 1)));
 }
 
-// --- copies -------------------------------------------------------------------
-
-TEST_F(FileNames, CopyIsByteForByteInAnyLength) {
+TEST_F(FileNames, CopyIsByteForByteAndNeverOntoItself) {
   std::string bytes;
   for (int i = 0; i < 5000; ++i) bytes += static_cast<char>(i * 7 % 256);
   bytes += "\r\n\x1A\r\n";
@@ -310,28 +233,25 @@ TEST_F(FileNames, CopyIsByteForByteInAnyLength) {
   }
   CopiarFichero(L"SOURCE.BIN", L"NEW.BIN");
   EXPECT_TRUE(Exists("NEW.BIN"));
-}
 
-TEST_F(FileNames, CopyDoesNothingForEmptySameOrMissingNames) {
   WriteBytes("DATA.BIN", "data");
-  WriteBytes("OTHER.BIN", "other");
   CopiarFichero(L"DATA.BIN", L"data.bin");  // the same file: never truncated
   EXPECT_EQ(ReadBytes("DATA.BIN"), "data");
-  CopiarFichero(L"", L"OTHER.BIN");
-  CopiarFichero(L"DATA.BIN", L"");
-  CopiarFichero(nullptr, L"OTHER.BIN");
+  CopiarFichero(L"", L"DATA.BIN");
+  CopiarFichero(L"SOURCE.BIN", L"");
+  CopiarFichero(nullptr, L"DATA.BIN");
+  CopiarFichero(L"MISSING.BIN", L"DATA.BIN");
+  EXPECT_EQ(ReadBytes("DATA.BIN"), "data");
   CopiarFichero(L"MISSING.BIN", L"OTHER.BIN");
-  EXPECT_EQ(ReadBytes("OTHER.BIN"), "other");
-  CopiarFichero(L"MISSING.BIN", L"NEW.BIN");
-  EXPECT_FALSE(Exists("NEW.BIN"));
+  EXPECT_FALSE(Exists("OTHER.BIN"));
 }
 
 // --- database directories -----------------------------------------------------
 
-// Builds entries under the current directory: a name ending in '/' is a
-// directory, anything else a file holding its own name.
-void Build(std::initializer_list<const char*> entries) {
-  for (const std::string entry : entries) {
+// Entries under the current directory: a name ending in '/' is a directory,
+// anything else a file holding its own name.
+void Build(const std::vector<std::string>& entries) {
+  for (const std::string& entry : entries) {
     if (entry.back() == '/') {
       fs::create_directories(entry);
     } else {
@@ -344,165 +264,118 @@ void Build(std::initializer_list<const char*> entries) {
 void BuildDatabase(const std::string& root) {
   for (const char* entry : {"General/a.txt", "General/sub/b.txt", "General/empty/", "Nestings/",
                             "Products/p.dat", "Products/q/r.dat", "top.txt"}) {
-    Build({(root + "/" + entry).c_str()});
+    Build({root + "/" + entry});
   }
 }
 
-int CountEntries(const std::string& root) {
-  int n = 0;
-  for (auto it = fs::recursive_directory_iterator(root); it != fs::recursive_directory_iterator();
-       ++it) {
-    ++n;
+// What is under root, in the notation of Build.
+std::set<std::string> Tree(const std::string& root) {
+  std::set<std::string> entries;
+  for (const auto& e : fs::recursive_directory_iterator(root)) {
+    entries.insert(fs::relative(e.path(), root).generic_string() + (e.is_directory() ? "/" : ""));
   }
-  return n;
+  return entries;
 }
 
-TEST_F(FileNames, DatabaseDirectoryOfTheRightShapeIsDeleted) {
-  BuildDatabase("dbase");
-  BuildDatabase("other db");
-  Build({"dbase2/general/x.txt", "dbase2/NESTINGS/", "dbase2/products/"});
-  BorrarDirectorio(L"dbase");
-  EXPECT_FALSE(Exists("dbase"));
-  BorrarDirectorio(L"dbase2");  // the parts' names without regard to case
-  EXPECT_FALSE(Exists("dbase2"));
-
-  wchar_t cwd[korvalen::kDirectoryChars];
-  DameDirectorioActual(cwd);
-  wchar_t full[korvalen::kFullNameChars];
-  DameNombreCompleto(cwd, L"other db", L"", full);
-  BorrarDirectorio(full);
-  EXPECT_FALSE(Exists("other db"));
-}
-
-TEST_F(FileNames, EmptyingKeepsTheDirectoryItself) {
-  BuildDatabase("dbase");
-  EXPECT_EQ(VaciarDirectorio(L"dbase"), 1);
-  EXPECT_TRUE(fs::is_directory("dbase"));
-  EXPECT_TRUE(fs::is_empty("dbase"));
-}
-
-TEST_F(FileNames, DirectoriesOfAnotherShapeAreNeverTouched) {
+TEST_F(FileNames, DatabaseDirectoriesOfAnotherShapeAreOnlyEmptiedWhereTheyFit) {
   const struct {
     const char* what;
-    const char* added;    // an entry built beside the database
-    const char* removed;  // a part taken away
+    std::vector<std::string> added;  // after `removed` is taken away
+    const char* removed;
+    std::set<std::string> left;  // by emptying
   } cases[] = {
-      {"a foreign subdirectory", "dbase/Other/keep.txt", nullptr},
-      {"an empty foreign subdirectory", "dbase/Other/", nullptr},
-      {"nesting too deep", "dbase/General/sub/deeper/keep.txt", nullptr},
-      {"an empty directory too deep", "dbase/Products/q/deeper/", nullptr},
-      {"a part missing", nullptr, "dbase/Nestings"},
+      // clang-format off
+      {"the database shape", {}, nullptr, {}},
+      {"a foreign subdirectory", {"dbase/Other/keep.txt"}, nullptr, {"Other/", "Other/keep.txt"}},
+      {"an empty foreign subdirectory", {"dbase/Other/"}, nullptr, {"Other/"}},
+      {"nesting too deep", {"dbase/General/sub/deeper/keep.txt"}, nullptr,
+       {"General/", "General/sub/", "General/sub/deeper/", "General/sub/deeper/keep.txt"}},
+      {"an empty directory too deep", {"dbase/Products/q/deeper/"}, nullptr,
+       {"Products/", "Products/q/", "Products/q/deeper/"}},
+      {"a part missing", {}, "dbase/Nestings", {}},
+      {"a part that is a file", {"dbase/Products"}, "dbase/Products", {}},
+      // clang-format on
   };
   for (const auto& c : cases) {
-    fs::remove_all("dbase");
-    BuildDatabase("dbase");
-    if (c.added != nullptr) Build({c.added});
-    if (c.removed != nullptr) fs::remove_all(c.removed);
-    const int before = CountEntries("dbase");
-    BorrarDirectorio(L"dbase");
-    EXPECT_EQ(CountEntries("dbase"), before) << c.what;
-    EXPECT_TRUE(Exists("dbase/top.txt")) << c.what;
+    for (const bool deleting : {true, false}) {
+      fs::remove_all("dbase");
+      BuildDatabase("dbase");
+      if (c.removed != nullptr) fs::remove_all(c.removed);
+      Build(c.added);
+      const std::set<std::string> before = Tree("dbase");
+      if (deleting) {
+        BorrarDirectorio(L"dbase");
+        if (c.added.empty() && c.removed == nullptr) {
+          EXPECT_FALSE(Exists("dbase"));
+        } else {
+          EXPECT_EQ(Tree("dbase"), before) << c.what << ": touched";
+        }
+      } else {
+        EXPECT_EQ(VaciarDirectorio(L"dbase"), c.left.empty() && c.removed == nullptr ? 1 : 0)
+            << c.what;
+        ASSERT_TRUE(fs::is_directory("dbase")) << c.what;
+        EXPECT_EQ(Tree("dbase"), c.left) << c.what;
+      }
+    }
   }
 }
 
-TEST_F(FileNames, EmptyingLeavesWhatDoesNotFitAndSaysSo) {
-  BuildDatabase("dbase");
-  Build({"dbase/Other/keep.txt", "dbase/General/sub/deeper/keep.txt"});
-  EXPECT_EQ(VaciarDirectorio(L"dbase"), 0);
-  EXPECT_EQ(ReadBytes("dbase/Other/keep.txt"), "dbase/Other/keep.txt");
-  EXPECT_TRUE(Exists("dbase/General/sub/deeper/keep.txt"));
-  EXPECT_FALSE(Exists("dbase/General/sub/b.txt"));
-  EXPECT_FALSE(Exists("dbase/General/a.txt"));
-  EXPECT_FALSE(Exists("dbase/Products"));
-  EXPECT_FALSE(Exists("dbase/Nestings"));
-  EXPECT_FALSE(Exists("dbase/top.txt"));
-
-  fs::remove_all("dbase");
-  BuildDatabase("dbase");
-  fs::remove_all("dbase/Products");
-  EXPECT_EQ(VaciarDirectorio(L"dbase"), 0);
-  EXPECT_TRUE(fs::is_empty("dbase"));
-}
-
-TEST_F(FileNames, ShortOrRootNamesAreRefused) {
+TEST_F(FileNames, DatabaseDirectoryNamesShortRootOrMissingAreRefused) {
   BuildDatabase("abc");
   BuildDatabase("abcd");
-  const int before = CountEntries("abc");
+  Build({"dbase2/general/x.txt", "dbase2/NESTINGS/", "dbase2/products/"});
+  BuildDatabase("other db");
+  const std::set<std::string> before = Tree("abc");
   BorrarDirectorio(L"abc");
-  EXPECT_EQ(CountEntries("abc"), before);
+  EXPECT_EQ(Tree("abc"), before);
   BorrarDirectorio(L"abcd");  // the same tree under a longer name goes
   EXPECT_FALSE(Exists("abcd"));
+  BorrarDirectorio(L"dbase2");  // the parts' names without regard to case
+  EXPECT_FALSE(Exists("dbase2"));
+  wchar_t full[kFullNameChars];
+  DameNombreCompleto(CurrentDirectory().c_str(), L"other db", L"", full);
+  BorrarDirectorio(full);
+  EXPECT_FALSE(Exists("other db"));
 
   if (!DriveLetters()) {
     // Here "C:\" is a directory named "C:" in the current one.
     BuildDatabase("C:");
     BorrarDirectorio(L"C:\\");
-    EXPECT_EQ(CountEntries("C:"), before);
+    EXPECT_EQ(Tree("C:"), before);
   }
-  BorrarDirectorio(L"C:\\");
-  BorrarDirectorio(L"\\");
-  BorrarDirectorio(L"");
-  BorrarDirectorio(nullptr);
-  EXPECT_EQ(VaciarDirectorio(L""), 0);
-  EXPECT_EQ(VaciarDirectorio(nullptr), 0);
-  EXPECT_TRUE(fs::is_directory("abc/General"));
+  const wchar_t* const kNone = nullptr;
+  for (const wchar_t* name : {L"C:\\", L"\\", L"", L"gone", kNone}) BorrarDirectorio(name);
+  // Never emptied on a real drive root: that would delete the files in it.
+  for (const wchar_t* name : {L"", L"gone", kNone}) EXPECT_EQ(VaciarDirectorio(name), 0);
+  EXPECT_EQ(Tree("abc"), before);
 }
 
-TEST_F(FileNames, MissingDirectoriesAreLeftAlone) {
-  EXPECT_EQ(VaciarDirectorio(L"gone"), 0);
-  BorrarDirectorio(L"gone");
-  EXPECT_FALSE(Exists("gone"));
-  // A part that is a file: not a part, so only a file directly in the directory.
-  BuildDatabase("dbase");
-  fs::remove_all("dbase/Products");
-  WriteBytes("dbase/Products", "a file");
-  BorrarDirectorio(L"dbase");
-  EXPECT_EQ(ReadBytes("dbase/Products"), "a file");
-  EXPECT_EQ(VaciarDirectorio(L"dbase"), 0);
-  EXPECT_TRUE(fs::is_empty("dbase"));
-}
-
-// Symbolic links need rights that Windows programs usually lack.
-bool MakeLink(const fs::path& target, const fs::path& link, bool directory) {
-  std::error_code error;
-  if (directory) {
-    fs::create_directory_symlink(target, link, error);
-  } else {
-    fs::create_symlink(target, link, error);
-  }
-  return !error;
-}
-
-TEST_F(FileNames, LinksAreRemovedAsLinksAndTheirTargetsSurvive) {
+TEST_F(FileNames, LinksAreRemovedAsLinksAndNeverEntered) {
+  // Symbolic links need rights that Windows programs usually lack.
   if (DriveLetters()) GTEST_SKIP() << "symbolic links are tested on POSIX";
   Build({"outside/keep.txt", "outside/inner/keep2.txt"});
+  const std::set<std::string> outside = Tree("outside");
   BuildDatabase("dbase");
-  const fs::path outside = fs::absolute("outside");
-  ASSERT_TRUE(MakeLink(outside, "dbase/General/to_outside", true));
-  ASSERT_TRUE(MakeLink(outside / "keep.txt", "dbase/General/sub/to_file", false));
-  ASSERT_TRUE(MakeLink(outside / "inner", "dbase/Products/to_inner", true));
-  ASSERT_TRUE(MakeLink(outside, "dbase/to_outside", true));
-  ASSERT_TRUE(MakeLink("nowhere", "dbase/Nestings/dangling", false));
-
+  const fs::path target = fs::absolute("outside");
+  fs::create_symlink(target, "dbase/General/to_outside");
+  fs::create_symlink(target / "keep.txt", "dbase/General/sub/to_file");
+  fs::create_symlink(target / "inner", "dbase/Products/to_inner");
+  fs::create_symlink(target, "dbase/to_outside");
+  fs::create_symlink("nowhere", "dbase/Nestings/dangling");
   BorrarDirectorio(L"dbase");
   EXPECT_FALSE(Exists("dbase"));
-  EXPECT_EQ(ReadBytes("outside/keep.txt"), "outside/keep.txt");
+  EXPECT_EQ(Tree("outside"), outside);
   EXPECT_EQ(ReadBytes("outside/inner/keep2.txt"), "outside/inner/keep2.txt");
-}
 
-TEST_F(FileNames, APartThatIsALinkIsNeverEntered) {
-  if (DriveLetters()) GTEST_SKIP() << "symbolic links are tested on POSIX";
-  Build({"outside/keep.txt", "outside/sub/keep2.txt"});
+  // A part that is itself a link is not a part.
   BuildDatabase("dbase");
   fs::remove_all("dbase/General");
-  ASSERT_TRUE(MakeLink(fs::absolute("outside"), "dbase/General", true));
-
+  fs::create_symlink(target, "dbase/General");
   BorrarDirectorio(L"dbase");
   EXPECT_TRUE(fs::is_symlink("dbase/General"));
   EXPECT_EQ(VaciarDirectorio(L"dbase"), 0);
   EXPECT_FALSE(fs::is_symlink("dbase/General"));
-  EXPECT_EQ(ReadBytes("outside/keep.txt"), "outside/keep.txt");
-  EXPECT_EQ(ReadBytes("outside/sub/keep2.txt"), "outside/sub/keep2.txt");
+  EXPECT_EQ(Tree("outside"), outside);
 }
 
 }  // namespace

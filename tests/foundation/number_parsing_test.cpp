@@ -37,92 +37,46 @@ void ExpectLikeWcstod(const std::wstring& text) {
   EXPECT_EQ(Bits(aTof(text.c_str())), Bits(expected)) << shown;
 }
 
-const std::vector<std::wstring>& EdgeCases() {
-  static const std::vector<std::wstring> cases = {
-      L"0.1",
-      L"0.2",
-      L"0.3",
-      L"99999.999",
-      L"-99999.999",
-      L"1e22",
-      L"1e23",
-      L"1e-22",
-      L"1e-23",
-      L"123456789012345678901",
-      L"-0.0",
-      L"-0",
-      L"+0",
-      L"0",
-      L"0e999999",
-      L"-0e-999999",
-      L"9007199254740992",
-      L"9007199254740993",
-      L"9007199254740991",
-      L"18014398509481985",
-      L"1234567890123456789",
-      L"12345678901234567890",
-      L"0.1234567890123456789",
-      L"123456789.123456789",
-      L"4.9e-324",
-      L"2.4703282292062327e-324",
-      L"5e-324",
-      L"2.2250738585072014e-308",
-      L"2.2250738585072011e-308",
-      L"1.7976931348623157e308",
-      L"1.7976931348623159e308",
-      L"1e309",
-      L"1e-400",
-      L"1e2147483648",
-      L"1e-2147483649",
-      L"8.98846567431158e307",
-      L"0.000000000000000000000000000001",
-      L"100000000000000000000000",
-      L"1.5e3",
-      L"1.5E+3",
-      L"1.5e-3",
-      L"1e",
-      L"1e+",
-      L"1e-x",
-      L".5",
-      L"5.",
-      L".",
-      L"-.",
-      L"+.5",
-      L"-",
-      L"",
-      L"  \t\n12.5mm",
-      L"3.14159265358979323846",
-      L"0.30000000000000004",
-      L"2.5e-1",
-      L"0000000000000000000000012.5",
-      L"12.50000000000000000000000000",
+TEST(RealTexts, EdgeCasesGiveTheRuntimeBits) {
+  const wchar_t* const cases[] = {
+      // clang-format off
+      L"0.1", L"0.2", L"0.3", L"99999.999", L"-99999.999", L"1e22", L"1e23", L"1e-22", L"1e-23",
+      L"123456789012345678901", L"-0.0", L"-0", L"+0", L"0", L"0e999999", L"-0e-999999",
+      L"9007199254740992", L"9007199254740993", L"9007199254740991", L"18014398509481985",
+      L"1234567890123456789", L"12345678901234567890", L"0.1234567890123456789",
+      L"123456789.123456789", L"4.9e-324", L"2.4703282292062327e-324", L"5e-324",
+      L"2.2250738585072014e-308", L"2.2250738585072011e-308", L"1.7976931348623157e308",
+      L"1.7976931348623159e308", L"1e309", L"1e-400", L"1e2147483648", L"1e-2147483649",
+      L"8.98846567431158e307", L"0.000000000000000000000000000001", L"100000000000000000000000",
+      L"1.5e3", L"1.5E+3", L"1.5e-3", L"1e", L"1e+", L"1e-x", L".5", L"5.", L".", L"-.", L"+.5",
+      L"-", L"", L"  \t\n12.5mm", L"3.14159265358979323846", L"0.30000000000000004", L"2.5e-1",
+      L"0000000000000000000000012.5", L"12.50000000000000000000000000",
       L"1.00000000000000011102230246251565404236316680908203125",
       L"1.00000000000000011102230246251565404236316680908203124",
       L"1.00000000000000011102230246251565404236316680908203126",
-      L"7.e5",
-      L"7.e",
-      L"--1",
-      L"+-1",
-      L"1..2",
-      L"1e5e5",
-      L"6.0221e23",
-      L"1e0022",
-      L"1e-0022",
-      L"9999999999999999e22",
-      L"9007199254740993e-22",
-      L"123e-20",
-      L"123e-25",
-      L"0.00000000000000000000000000000000001e35",
+      L"7.e5", L"7.e", L"--1", L"+-1", L"1..2", L"1e5e5", L"6.0221e23", L"1e0022", L"1e-0022",
+      L"9999999999999999e22", L"9007199254740993e-22", L"123e-20", L"123e-25",
+      L"0.00000000000000000000000000000000001e35", L"A12",
+      // clang-format on
   };
-  return cases;
-}
-
-TEST(RealTexts, EdgeCasesGiveTheRuntimeBits) {
-  for (const std::wstring& text : EdgeCases()) ExpectLikeWcstod(text);
+  for (const wchar_t* text : cases) ExpectLikeWcstod(text);
   // A number longer than any work buffer.
   ExpectLikeWcstod(L"0." + std::wstring(300, L'0') + L"1e300");
   ExpectLikeWcstod(std::wstring(400, L'9') + L".5e-380");
   ExpectLikeWcstod(L"1" + std::wstring(20, L'0') + L"e-20");
+}
+
+// Texts that other runtimes read as numbers and the Windows one does not:
+// no number, so 0 and the end at the start.
+TEST(RealTexts, NoInfinityNanOrHexadecimal) {
+  for (const wchar_t* text : {L"inf", L"-INFINITY", L"nan", L"NAN(1)"}) {
+    wchar_t* end = nullptr;
+    EXPECT_EQ(Bits(StrTod(text, &end)), Bits(0.0)) << text;
+    EXPECT_EQ(end, text) << text;
+    EXPECT_EQ(Bits(aTof(text)), Bits(0.0)) << text;
+  }
+  EXPECT_EQ(aTof("0x10"), 0.0);
+  EXPECT_EQ(aTof(L"0x1p3"), 0.0);
 }
 
 // Random numbers as settings files and programs write them and well beyond:
