@@ -5,41 +5,36 @@
 #include <gtest/gtest.h>
 
 #include <string>
+#include <vector>
 
 namespace {
 
 TEST(MaterialReference, RewrittenOrLeftAlone) {
   const struct {
-    const wchar_t* before;
-    const wchar_t* after;
+    std::wstring before, after;
   } cases[] = {
       {L"##MATEXP7##", L"##MATEXP0007##"},
-      {L"##MATEXP12##", L"##MATEXP0012##"},
       {L"##MATEXP123##", L"##MATEXP0123##"},  // 13 characters: the longest rewritten
       {L"##MATEXP##", L"##MATEXP0000##"},
       {L"##MATEXP", L"##MATEXP0000##"},
       {L"##MATEXP5", L"##MATEXP0000##"},  // the last two are taken as the closing "##"
       {L"##MATEXP-7##", L"##MATEXP-0007##"},
-      {L"##MATEXP-99##", L"##MATEXP-0099##"},
       {L"##MATEXPab##", L"##MATEXP0000##"},
       {L"##MATEXP1234##", L"##MATEXP1234##"},  // 14 characters: left alone
+      {L"##MATEXP123-##", L"##MATEXP123-##"},
       {L"##MATEXP12345##", L"##MATEXP12345##"},
       {L"##MATEX7##", L"##MATEX7##"},
       {L"##matexp7##", L"##matexp7##"},
-      {L"MATEXP7", L"MATEXP7"},
       {L"", L""},
   };
+  constexpr std::size_t kCapacity = korvalen::kMaterialReferenceChars + 1;
   for (const auto& c : cases) {
-    wchar_t buffer[korvalen::kMaterialReferenceChars + 1 + 4];
-    for (wchar_t& ch : buffer) ch = L'#';
-    std::wstring(c.before).copy(buffer, std::wstring(c.before).size());
-    buffer[std::wstring(c.before).size()] = 0;
-    ReescribeRefMatInt(buffer);
-    EXPECT_EQ(std::wstring(buffer), c.after) << std::wstring(c.before).size();
-    for (int i = korvalen::kMaterialReferenceChars + 1; i < korvalen::kMaterialReferenceChars + 5;
-         ++i) {
-      EXPECT_EQ(buffer[i], L'#');  // nothing past the stated capacity
-    }
+    std::vector<wchar_t> buffer(kCapacity + 4, L'#');
+    buffer[c.before.copy(buffer.data(), c.before.size())] = 0;
+    ReescribeRefMatInt(buffer.data());
+    EXPECT_EQ(std::wstring(buffer.data()), c.after) << c.before;
+    // Nothing past the stated capacity.
+    EXPECT_EQ(std::wstring(buffer.begin() + kCapacity, buffer.end()), L"####") << c.before;
   }
   ReescribeRefMatInt(nullptr);
 }

@@ -35,73 +35,51 @@ std::string TextRecord(const std::string& head, const std::string& value) {
 
 // --- identification settings --------------------------------------------------------
 
+// A002 and A003 edited in place, other lines copied, blank ones dropped. A
+// text that does not fit its record rebuilds the record at the length it
+// needs, without the terminator; each text reads back whole.
 TEST_F(SettingsRewrites, IdentificationRecordsEditedInPlace) {
-  WriteBytes("MIRSELID.CFG",
-             Lines({"# identification of the installation", "", TextRecord("A001", "Taller Norte"),
-                    "A002 OFF ;", "   ", TextRecord("A003", "ab"), "B000 5 ;"}) +
-                 "\r\n");
-  EscribirCfgMirselId(1, L"Planta 2");
-  EXPECT_EQ(ReadBytes("MIRSELID.CFG"),
-            Lines({"# identification of the installation", TextRecord("A001", "Taller Norte"),
-                   "A002 ON  ;", TextRecord("A003", "Planta 2"), "B000 5 ;"}));
-  EXPECT_FALSE(Exists("AUXMRSID.CFG"));
-
-  int flag = -1;
-  wchar_t text[501] = L"";
-  LeerCfgMirselId(flag, text);
-  EXPECT_EQ(flag, 1);
-  EXPECT_STREQ(text, L"Planta 2");
-
-  EscribirCfgMirselId(0, L"");
-  LeerCfgMirselId(flag, text);
-  EXPECT_EQ(flag, 0);
-  EXPECT_STREQ(text, L"");
-}
-
-struct TextCase {
-  const char* what;
-  std::string line;
-  std::wstring text;
-  std::string result;
-};
-
-TEST_F(SettingsRewrites, IdentificationTextLongerThanItsRecord) {
-  const TextCase cases[] = {
-      {"room enough", "A003 \"abcd\" ;", L"vwxyz", "A003 \"vwxyz\";"},
-      // One character more than the room: rebuilt at the length of the record.
-      {"one over", "A003 \"abcd\" ;", L"uvwxyz", "A003 \"uvwxyz\""},
-      {"much longer", "A003 \"ab\" ;", std::wstring(30, L't'),
-       "A003 \"" + std::string(30, 't') + "\""},
-      {"long record", "A003 \"ab\" ;", std::wstring(400, L'l'),
-       "A003 \"" + std::string(400, 'l') + "\""},
+  const struct {
+    std::string line;
+    std::wstring text;
+    std::string result;
+  } cases[] = {
+      {TextRecord("A003", "ab"), L"Planta 2", TextRecord("A003", "Planta 2")},
+      {"A003 \"abcd\" ;", L"vwxyz", "A003 \"vwxyz\";"},
+      {"A003 \"abcd\" ;", L"uvwxyz", "A003 \"uvwxyz\""},  // one character over
+      {"A003 \"ab\" ;", std::wstring(30, L't'), "A003 \"" + std::string(30, 't') + "\""},
+      {"A003 \"ab\" ;", std::wstring(400, L'l'), "A003 \"" + std::string(400, 'l') + "\""},
   };
-  for (const TextCase& c : cases) {
-    WriteBytes("MIRSELID.CFG", Lines({"A002 ON ;", c.line, "A004 x ;"}));
+  const std::string a001 = TextRecord("A001", "Taller Norte");
+  for (const auto& c : cases) {
+    WriteBytes(
+        "MIRSELID.CFG",
+        Lines({"# identification", "", a001, "A002 OFF ;", "   ", c.line, "B000 5 ;"}) + "\r\n");
     EscribirCfgMirselId(1, c.text.c_str());
-    EXPECT_EQ(ReadBytes("MIRSELID.CFG"), Lines({"A002 ON ;", c.result, "A004 x ;"})) << c.what;
+    EXPECT_EQ(ReadBytes("MIRSELID.CFG"),
+              Lines({"# identification", a001, "A002 ON  ;", c.result, "B000 5 ;"}))
+        << c.line;
+    EXPECT_FALSE(Exists("AUXMRSID.CFG"));
     int flag = 0;
     wchar_t text[501] = L"";
     LeerCfgMirselId(flag, text);
-    EXPECT_EQ(std::wstring(text), c.text) << c.what;
+    EXPECT_EQ(flag, 1);
+    EXPECT_EQ(std::wstring(text), c.text) << c.line;
   }
 }
 
-TEST_F(SettingsRewrites, IdentificationReaderKeepsOutputsWithoutRecords) {
+TEST_F(SettingsRewrites, IdentificationWithoutFileRecordsOrWorkFile) {
   int flag = 7;
   wchar_t text[501] = L"stale";
-  LeerCfgMirselId(flag, text);  // no file
-  EXPECT_EQ(flag, 7);
-  EXPECT_STREQ(text, L"stale");
-  WriteBytes("MIRSELID.CFG", "# nothing\r\nB002 ON ;\r\n\r\nA002 ON ;\r\nA002 OFF ;\r\n");
   LeerCfgMirselId(flag, text);
-  EXPECT_EQ(flag, 0);  // the last record wins
-  EXPECT_STREQ(text, L"stale");
-}
-
-TEST_F(SettingsRewrites, IdentificationWithoutFileOrWorkFile) {
+  EXPECT_EQ(flag, 7);
   EscribirCfgMirselId(1, L"x");
   EXPECT_FALSE(Exists("MIRSELID.CFG"));
   EXPECT_FALSE(Exists("AUXMRSID.CFG"));
+  WriteBytes("MIRSELID.CFG", "# nothing\r\nB003 \"b\" ;\r\n\r\nA002 ON ;\r\nA002 OFF ;\r\n");
+  LeerCfgMirselId(flag, text);
+  EXPECT_EQ(flag, 0);  // the last record wins
+  EXPECT_STREQ(text, L"stale");
 
   const std::string before = Lines({"A002 OFF ;", TextRecord("A003", "ab")});
   WriteBytes("MIRSELID.CFG", before);
@@ -136,21 +114,17 @@ TEST_F(SettingsRewrites, ProcessFileRecordsEditedInPlace) {
   EXPECT_EQ(unused, 99);
 }
 
-TEST_F(SettingsRewrites, ProcessFileMissing) {
-  int a0 = 1, r0 = 1, unused = 0;
-  ActualizaMirselinCNI(a0, L"", L"", L"", r0, L"", L"", L"", unused);
-  EXPECT_FALSE(Exists("MIRSELIN.CNI"));
-  EXPECT_FALSE(Exists("AUXMRSIN.AUX"));
-}
-
-TEST_F(SettingsRewrites, ProcessFileIsLostWhenTheWorkFileCannotBeCreated) {
-  const std::string before = Lines({"A000 3 ;", TextRecord("A001", "one")});
-  WriteBytes("MIRSELIN.CNI", before);
-  std::filesystem::create_directory("AUXMRSIN.AUX");
+TEST_F(SettingsRewrites, ProcessFileMissingOrLostWithoutAWorkFile) {
   int a0 = 12, r0 = 1, unused = 0;
   ActualizaMirselinCNI(a0, L"", L"", L"", r0, L"x", L"", L"", unused);
-  // Removed, and the entry in the way of the work file renamed in its place.
-  EXPECT_FALSE(std::filesystem::is_regular_file("MIRSELIN.CNI"));
+  EXPECT_FALSE(Exists("MIRSELIN.CNI"));
+  EXPECT_FALSE(Exists("AUXMRSIN.AUX"));
+  // The process file is removed even though no work file can take its place;
+  // what stood in the work file's way is renamed onto it.
+  WriteBytes("MIRSELIN.CNI", Lines({"A000 3 ;", TextRecord("A001", "one")}));
+  std::filesystem::create_directory("AUXMRSIN.AUX");
+  ActualizaMirselinCNI(a0, L"", L"", L"", r0, L"x", L"", L"", unused);
+  EXPECT_TRUE(std::filesystem::is_directory("MIRSELIN.CNI"));
   EXPECT_FALSE(Exists("AUXMRSIN.AUX"));
 }
 

@@ -1,0 +1,44 @@
+// Shared by the state-file tests: the bytes of CR LF lines as the text-mode
+// writers leave them, and a name list that checks its links and frees itself.
+#pragma once
+
+#include <gtest/gtest.h>
+
+#include <string>
+#include <vector>
+
+#include "korvalen/foundation/name_list.h"
+#include "korvalen/foundation/record_list.h"
+
+namespace korvalen::testing {
+
+inline std::string Lines(const std::vector<std::string>& lines) {
+  std::string out;
+  for (const std::string& l : lines) out += l + "\r\n";
+  return out;
+}
+
+struct NameList {
+  TRegListaNombre* first = nullptr;
+  TRegListaNombre* last = nullptr;
+  ~NameList() { LiberarLista(reinterpret_cast<void**>(&first), reinterpret_cast<void**>(&last)); }
+  void Add(const std::wstring& name) {
+    TRegListaNombre node{};
+    name.copy(node.name, kNameListChars - 1);
+    InsertarRegistro(reinterpret_cast<void**>(&first), reinterpret_cast<void**>(&last), last, &node,
+                     static_cast<int>(sizeof node));
+  }
+  // The names in list order, after checking that next, previous and last agree.
+  std::vector<std::wstring> Names() const {
+    std::vector<std::wstring> out;
+    const TRegListaNombre* previous = nullptr;
+    for (const TRegListaNombre* n = first; n != nullptr; previous = n, n = n->next) {
+      EXPECT_EQ(n->previous, previous);
+      out.emplace_back(n->name);
+    }
+    EXPECT_EQ(last, previous);
+    return out;
+  }
+};
+
+}  // namespace korvalen::testing
