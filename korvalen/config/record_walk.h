@@ -29,22 +29,30 @@ void read_record_line(FILE* in, wchar_t* line, wchar_t& type, int& index, int& c
   }
 }
 
-// Every line of an open file that is neither empty nor blanks only, comments
-// included, as rewrites copy them: visit(line, type, index, cursor).
+// The loop itself: visit(line, type, index, cursor) for every line whose
+// type is not ' ' (empty lines and the end of the file); false stops it.
 template <int kChars, typename Visit>
-void for_each_line(FILE* in, Visit visit) {
+void walk_lines(FILE* in, Visit visit) {
   wchar_t line[kChars + 1];
   wchar_t type = L' ';
   int index = 0;
   int cursor = 0;
   while (!std::feof(in)) {
     read_record_line<kChars>(in, line, type, index, cursor);
-    if (type == L' ') continue;
+    if (type != L' ' && !visit(line, type, index, cursor)) break;
+  }
+}
+
+// Every line of an open file that is neither empty nor blanks only, comments
+// included, as rewrites copy them: visit(line, type, index, cursor).
+template <int kChars, typename Visit>
+void for_each_line(FILE* in, Visit visit) {
+  walk_lines<kChars>(in, [&](wchar_t* line, wchar_t type, int index, int& cursor) {
     const wchar_t* p = line;
     while (*p == L' ') ++p;
-    if (*p == 0) continue;
-    visit(line, type, index, cursor);
-  }
+    if (*p != 0) visit(line, type, index, cursor);
+    return true;
+  });
 }
 
 // Every record of a settings file, in file order; comments and empty lines are
@@ -54,15 +62,9 @@ template <int kChars, typename Visit>
 bool for_each_record(const wchar_t* file_name, Visit visit) {
   FILE* in = fOpen(file_name, L"rt");
   if (in == nullptr) return false;
-  wchar_t line[kChars + 1];
-  wchar_t type = L' ';
-  int index = 0;
-  int cursor = 0;
-  while (!std::feof(in)) {
-    read_record_line<kChars>(in, line, type, index, cursor);
-    if (type == L' ' || type == L'#') continue;
-    if (!visit(line, type, index, cursor)) break;
-  }
+  walk_lines<kChars>(in, [&](wchar_t* line, wchar_t type, int index, int& cursor) {
+    return type == L'#' || visit(line, type, index, cursor);
+  });
   std::fclose(in);
   return true;
 }
