@@ -4,10 +4,12 @@
 #include <climits>
 #include <cstring>
 #include <cwchar>
+#include <string_view>
 
 #include "korvalen/foundation/number_parsing.h"
 #include "korvalen/foundation/primitives.h"
 #include "korvalen/platform/line_input.h"
+#include "korvalen/platform/stream_buffer.h"
 #include "korvalen/platform/text_codec.h"
 
 namespace {
@@ -36,10 +38,17 @@ int Past(int position) { return position == INT_MAX ? position : position + 1; }
 // the whole length.
 bool Readable(const wchar_t* line, int start) {
   if (line == nullptr) return false;
-  // A short prefix costs less to look at in place than a library call.
+  // A short prefix costs less to look at in place than a library call. Each
+  // character is read only once the ones before it have been seen not to end
+  // the line.
   if (start <= 16) {
-    for (int k = 0; k < start; ++k) {
-      if (line[k] == 0) return false;
+    const wchar_t* p = line;
+    const wchar_t* const end = line + start;
+    for (; end - p >= 4; p += 4) {
+      if (p[0] == 0 || p[1] == 0 || p[2] == 0 || p[3] == 0) return false;
+    }
+    for (; p < end; ++p) {
+      if (*p == 0) return false;
     }
     return true;
   }
@@ -105,15 +114,37 @@ std::size_t ReadPhysicalLine(FILE* file, char (&bytes)[kLineWorkBytes]) {
   }
 }
 
+// The usual line lies whole in the stream's buffer and is converted from
+// there, giving what ReadPhysicalLine gives for it. false, with nothing
+// taken, when its line feed is not among the bytes the work line would keep
+// or the buffer cannot be looked at: the line is then read through stdio.
+bool ReadBufferedLine(FILE* file, wchar_t* out, int capacity) {
+  const std::string_view ahead = korvalen::platform::buffered_input(file);
+  if (ahead.empty()) return false;
+  const std::size_t scan = std::min(ahead.size(), std::size_t{kLineWorkBytes - 1});
+  const auto* end = static_cast<const char*>(std::memchr(ahead.data(), '\n', scan));
+  if (end == nullptr) return false;
+  const auto line = static_cast<std::size_t>(end - ahead.data());
+  korvalen::platform::line_to_wide(ahead.data(), line, out, capacity);
+  korvalen::platform::consume_buffered_input(file, line + 1);
+  return true;
+}
+
 // The line is converted straight into the caller's buffer: cut to the
 // physical line's 1023 characters and to max_length, which is what copying
 // it through a 1024-character work line would give. A NUL byte ends it.
 void ReadLine(FILE* file, wchar_t* out, int max_length) {
   if (out == nullptr) return;
+  const int capacity = (max_length < 0 ? 0 : std::min(max_length, kLineWorkChars - 1)) + 1;
+  if (file == nullptr) {
+    out[0] = 0;
+    return;
+  }
+  const korvalen::platform::StreamLock lock(file);
+  if (ReadBufferedLine(file, out, capacity)) return;
   char bytes[kLineWorkBytes];
   const std::size_t length = ReadPhysicalLine(file, bytes);
-  const int limit = max_length < 0 ? 0 : std::min(max_length, kLineWorkChars - 1);
-  korvalen::platform::line_to_wide(bytes, length, out, limit + 1);
+  korvalen::platform::line_to_wide(bytes, length, out, capacity);
 }
 
 // Where the next bare word lies: line[begin, end). Without a readable start
@@ -230,9 +261,46 @@ double RealOf(const wchar_t* word) {
   return word[0] == L'A' ? korvalen::kRealNotSet : korvalen::detail::parse_double(word, nullptr);
 }
 
+// A number that fills its blank-separated word is read where it stands, and
+// the parse tells where the word ends. Anything else (a longer word, one the
+// number stops inside, or one parse leaves to the conversion by giving no end)
+// is found as a word first and converted as such.
+template <typename Parse, typename Convert>
+auto BlankNumber(const wchar_t* line, int start, bool readable, int& cursor, Parse parse,
+                 Convert convert) {
+  if (readable) {
+    const wchar_t* begin = line + start;
+    while (*begin == kBlank) ++begin;
+    const wchar_t* end = nullptr;
+    const auto value = parse(begin, &end);
+    if (end != nullptr && EndsBlankWord(*end) && end - begin < kWordChars) {
+      cursor = static_cast<int>(end - line);
+      return value;
+    }
+  }
+  const Word w = FindBlankWord(line, start, readable);
+  cursor = w.end;
+  return ConvertWord(line, w, true, convert);
+}
+
+int BlankInteger(const wchar_t* line, int start, bool readable, int& cursor) {
+  return BlankNumber(line, start, readable, cursor, korvalen::detail::parse_int_digits, IntegerOf);
+}
+
+// The not-set mark and the control characters that the number parse would
+// skip as blanks are left to the conversion.
+double RealInPlace(const wchar_t* word, const wchar_t** end) {
+  if (*word == L'A' || (*word >= L'\t' && *word <= L'\r')) return 0.0;
+  return korvalen::detail::parse_double(word, end);
+}
+
 int IntegerField(const wchar_t* line, int& cursor, wchar_t separator) {
+  if (separator == kBlank) {
+    const int start = Start(cursor);
+    return BlankInteger(line, start, Readable(line, start), cursor);
+  }
   const Word w = NextWord(line, cursor, separator);
-  return ConvertWord(line, w, separator == kBlank, IntegerOf);
+  return ConvertWord(line, w, false, IntegerOf);
 }
 
 // Case folding can only make equal two words of the same length, and among
@@ -257,9 +325,7 @@ void ReadHead(const wchar_t* line, wchar_t& type, int& index, int& cursor) {
   while (line[i] == kBlank) ++i;
   const bool inside = line[i] != 0;
   if (inside) type = line[i];
-  const Word w = FindBlankWord(line, i + 1, inside);
-  cursor = w.end;
-  index = ConvertWord(line, w, true, IntegerOf);
+  index = BlankInteger(line, i + 1, inside, cursor);
 }
 
 void ReadRecordLine(FILE* file, wchar_t* line, int limit, wchar_t& type, int& index, int& cursor) {
@@ -364,6 +430,6 @@ void LeerUnLong(const wchar_t* line, int& cursor, LONG& value) {
 }
 
 void LeerUnReal(const wchar_t* line, int& cursor, double& value) {
-  const Word w = NextWord(line, cursor, kBlank);
-  value = ConvertWord(line, w, true, RealOf);
+  const int start = Start(cursor);
+  value = BlankNumber(line, start, Readable(line, start), cursor, RealInPlace, RealOf);
 }

@@ -98,20 +98,7 @@ double runtime_value(const wchar_t* start, const wchar_t* stop) {
 std::int32_t parse_int(const wchar_t* text) {
   if (text == nullptr) return 0;
   while (is_blank(*text)) ++text;
-  bool negative = false;
-  if (*text == L'-' || *text == L'+') negative = *text++ == L'-';
-  std::int64_t value = 0;
-  // Nine digits cannot reach the saturation point; only longer numbers pay
-  // for the check.
-  int i = 0;
-  for (; i < 9 && is_digit(text[i]); ++i) value = value * 10 + (text[i] - L'0');
-  for (text += i; is_digit(*text); ++text) {
-    value = value * 10 + (*text - L'0');
-    if (value > 0x80000000LL) value = 0x80000000LL;  // saturate, keep reading
-  }
-  if (negative) value = -value;
-  if (value > INT32_MAX) value = INT32_MAX;
-  return static_cast<std::int32_t>(value);
+  return parse_int_digits(text, &text);
 }
 
 double parse_double(const wchar_t* text, const wchar_t** end) {

@@ -7,7 +7,9 @@
 #include <algorithm>
 #include <cstdio>
 #include <cwchar>
+#include <functional>
 #include <string>
+#include <thread>
 #include <vector>
 
 #include "guarded_buffer.h"
@@ -377,6 +379,122 @@ TEST_F(ConfigReader, HostileBytesAndShortLimits) {
     WriteBytes("L.TXT", c.bytes);
     EXPECT_EQ(ReadThreeLines(c.mode, c.max_length), c.lines) << c.bytes.size();
   }
+}
+
+// Lines are taken from the stream's buffer when they lie whole in it, and
+// through stdio when they do not: across refills, longer than the buffer,
+// with odd bytes at every offset of the conversion's blocks, with the
+// stream's buffer set by the caller, or with none.
+TEST_F(ConfigReader, LinesAcrossTheStreamBuffer) {
+  std::string raw;
+  std::vector<std::wstring> want;
+  unsigned seed = 12345;
+  const auto next = [&seed](unsigned range) {
+    seed = seed * 1103515245u + 12345u;
+    return (seed >> 8) % range;
+  };
+  while (raw.size() < 300000) {
+    const std::size_t length = next(10) == 0 ? 900 + next(2500) : next(140);
+    std::string bytes;
+    for (std::size_t k = 0; k < length; ++k)
+      bytes += static_cast<char>('a' + (k + raw.size()) % 26);
+    // An odd byte somewhere in one line of three: a NUL ends the text there.
+    const char odd[] = {'\xE9', '\x80', '\0'};
+    if (length > 0 && next(3) == 0) bytes[next(static_cast<unsigned>(length))] = odd[next(3)];
+    std::wstring text;
+    for (char c : bytes) {
+      if (c == '\0' || text.size() == 1023) break;
+      text += c == '\x80' ? L'\u20AC' : static_cast<wchar_t>(static_cast<unsigned char>(c));
+    }
+    raw += bytes + (next(2) == 0 ? "\r\n" : "\n");
+    want.push_back(text);
+  }
+  want.push_back(L"");  // the read that meets the end of the file
+  WriteBytes("B.TXT", raw);
+
+  for (const int buffer : {0, 1000, 4096, -1}) {
+    FILE* f = fOpen("B.TXT", "rt");
+    ASSERT_NE(f, nullptr);
+    std::vector<char> storage(buffer > 0 ? static_cast<std::size_t>(buffer) : 1);
+    if (buffer > 0) std::setvbuf(f, storage.data(), _IOFBF, storage.size());
+    if (buffer < 0) std::setvbuf(f, nullptr, _IONBF, 0);
+    std::vector<std::wstring> got;
+    GuardedBuffer line(1101);
+    while (!std::feof(f) && got.size() <= want.size()) {
+      LeerLineaDeFichero(f, line.get(), 1100);
+      got.push_back(line.text());
+    }
+    EXPECT_TRUE(line.guard_intact());
+    std::fclose(f);
+    ASSERT_EQ(got.size(), want.size()) << buffer;
+    for (std::size_t i = 0; i < want.size(); ++i) {
+      ASSERT_EQ(got[i], want[i]) << "line " << i << ", stream buffer " << buffer;
+    }
+  }
+}
+
+// Reading lines leaves the stream where stdio expects it, and takes back what
+// stdio pushed back.
+TEST_F(ConfigReader, LinesBetweenOtherStdioCalls) {
+  WriteBytes("S.TXT", "AAA\r\nBBB\r\nCCC\r\nDDD\r\n");
+  FILE* f = fOpen("S.TXT", "rt");
+  ASSERT_NE(f, nullptr);
+  wchar_t line[81];
+  LeerLineaDeFichero(f, line, 80);
+  EXPECT_STREQ(line, L"AAA");
+  EXPECT_EQ(std::fgetc(f), 'B');
+  std::ungetc('B', f);
+  LeerLineaDeFichero(f, line, 80);
+  EXPECT_STREQ(line, L"BBB");
+  EXPECT_EQ(std::fgetc(f), 'C');
+  std::ungetc('X', f);  // not the byte read: stdio keeps it apart
+  LeerLineaDeFichero(f, line, 80);
+  EXPECT_STREQ(line, L"XCC");
+  char first[2];
+  ASSERT_NE(std::fgets(first, sizeof first, f), nullptr);
+  EXPECT_STREQ(first, "D");
+  LeerLineaDeFichero(f, line, 80);
+  EXPECT_STREQ(line, L"DD");
+  EXPECT_FALSE(std::feof(f));
+  LeerLineaDeFichero(f, line, 80);
+  EXPECT_STREQ(line, L"");
+  EXPECT_TRUE(std::feof(f));
+  std::fclose(f);
+}
+
+// Threads sharing one stream each take whole lines, and every line once.
+TEST_F(ConfigReader, ThreadsSharingAStream) {
+  constexpr int kLines = 40000;
+  std::string raw;
+  char text[32];
+  for (int i = 0; i < kLines; ++i) {
+    std::snprintf(text, sizeof text, "A%03d %d ;\r\n", i % 1000, i);
+    raw += text;
+  }
+  WriteBytes("T.CFG", raw);
+  FILE* f = fOpen("T.CFG", "rt");
+  ASSERT_NE(f, nullptr);
+  std::vector<int> seen[2];
+  const auto reader = [f](std::vector<int>& numbers) {
+    wchar_t line[81];
+    wchar_t type = L' ';
+    int index = 0, cursor = 0, number = 0;
+    while (!std::feof(f)) {
+      LeerLineaDeCfg(f, line, type, index, cursor);
+      if (type != L'A') continue;
+      LeerUnEntero(line, cursor, number);
+      numbers.push_back(number % 1000 == index ? number : -1);
+    }
+  };
+  std::thread other(reader, std::ref(seen[1]));
+  reader(seen[0]);
+  other.join();
+  std::fclose(f);
+  std::vector<int> all(seen[0]);
+  all.insert(all.end(), seen[1].begin(), seen[1].end());
+  std::sort(all.begin(), all.end());
+  ASSERT_EQ(all.size(), static_cast<std::size_t>(kLines));
+  for (int i = 0; i < kLines; ++i) ASSERT_EQ(all[static_cast<std::size_t>(i)], i);
 }
 
 TEST_F(ConfigReader, NumbersOnePerLine) {

@@ -10,11 +10,17 @@
 namespace korvalen::platform::posix {
 namespace {
 
+// Settings files are read whole, front to back: chunks this large take them
+// in a few system calls.
+constexpr std::size_t kChunk = 65536;
+
 struct TextFile {
-  int fd;
-  bool end;         // Ctrl-Z seen: the rest of the file does not exist for the reader
-  bool pending_cr;  // a CR at the end of the last raw chunk, not yet decided
-  char raw[8192];
+  int fd = -1;
+  bool end = false;         // Ctrl-Z seen: the rest of the file does not exist for the reader
+  bool pending_cr = false;  // a CR at the end of the last raw chunk, not yet decided
+  // Left uninitialised: they are only read where they were written.
+  char raw[kChunk];
+  char buffer[kChunk];  // the stream's own buffer
 };
 
 ssize_t read_raw(int fd, char* buffer, size_t size) {
@@ -143,18 +149,22 @@ int text_close(void* cookie) {
 }  // namespace
 
 FILE* open_text_stream(int fd, const char* stdio_mode) {
-  auto* f = new (std::nothrow) TextFile{fd, false, false, {}};
+  auto* f = new (std::nothrow) TextFile;
   if (f == nullptr) {
     ::close(fd);
     errno = ENOMEM;
     return nullptr;
   }
+  f->fd = fd;
   cookie_io_functions_t io{text_read, text_write, text_seek, text_close};
   FILE* stream = fopencookie(f, stdio_mode, io);
   if (stream == nullptr) {
     ::close(fd);
     delete f;
+    return nullptr;
   }
+  // The buffer lives in the cookie, which the stream frees last, on closing.
+  setvbuf(stream, f->buffer, _IOFBF, sizeof f->buffer);
   return stream;
 }
 

@@ -2,9 +2,11 @@
 // the default character for what the code page cannot hold is the zero byte.
 #include "korvalen/platform/text_codec.h"
 
+#include <climits>
 #include <cstring>
 #include <cwchar>
 
+#include "korvalen/platform/line_input.h"
 #include "korvalen/platform/windows_types.h"
 
 namespace korvalen::platform {
@@ -22,15 +24,21 @@ char wide_char_to_ansi(wchar_t c) {
   return out;
 }
 
-int ansi_to_wide(const char* src, wchar_t* dst, int capacity) {
-  if (src == nullptr) src = "";
-  const int needed = MultiByteToWideChar(CP_ACP, 0, src, -1, nullptr, 0);
+namespace {
+
+// Converts src[0, bytes) and terminates: the whole text when it fits, else
+// the bytes that fit.
+int span_to_wide(const char* src, int bytes, wchar_t* dst, int capacity) {
+  const int needed = (bytes == 0 ? 0 : MultiByteToWideChar(CP_ACP, 0, src, bytes, nullptr, 0)) + 1;
   if (capacity == 0 || dst == nullptr) return needed;
   if (capacity < 0) capacity = needed;
-  if (needed <= capacity) return MultiByteToWideChar(CP_ACP, 0, src, -1, dst, capacity);
+  if (needed <= capacity) {
+    if (bytes > 0) MultiByteToWideChar(CP_ACP, 0, src, bytes, dst, capacity);
+    dst[needed - 1] = 0;
+    return needed;
+  }
   // Too long: convert the bytes that fit and terminate, so the result is cut
   // rather than left unterminated.
-  int bytes = static_cast<int>(std::strlen(src));
   int written = 0;
   while (bytes > 0 && capacity > 1) {
     written = MultiByteToWideChar(CP_ACP, 0, src, bytes, dst, capacity - 1);
@@ -41,12 +49,25 @@ int ansi_to_wide(const char* src, wchar_t* dst, int capacity) {
   return 0;
 }
 
+}  // namespace
+
+int ansi_to_wide(const char* src, wchar_t* dst, int capacity) {
+  if (src == nullptr) src = "";
+  return span_to_wide(src, static_cast<int>(std::strlen(src)), dst, capacity);
+}
+
+int line_to_wide(const char* bytes, std::size_t length, wchar_t* dst, int capacity) {
+  if (length > INT_MAX - 1) length = INT_MAX - 1;
+  return span_to_wide(bytes, static_cast<int>(length), dst, capacity);
+}
+
 int wide_to_ansi(const wchar_t* src, char* dst, int capacity) {
   if (src == nullptr) src = L"";
   const int needed = WideCharToMultiByte(CP_ACP, 0, src, -1, nullptr, 0, "", nullptr);
   if (capacity == 0 || dst == nullptr) return needed;
   if (capacity < 0) capacity = needed;
-  if (needed <= capacity) return WideCharToMultiByte(CP_ACP, 0, src, -1, dst, capacity, "", nullptr);
+  if (needed <= capacity)
+    return WideCharToMultiByte(CP_ACP, 0, src, -1, dst, capacity, "", nullptr);
   int chars = static_cast<int>(std::wcslen(src));
   int written = 0;
   while (chars > 0 && capacity > 1) {
