@@ -1,11 +1,10 @@
 #include "korvalen/config/config_writer.h"
 
 #include <climits>
-#include <cstdarg>
 #include <cwchar>
 
+#include "korvalen/foundation/number_formatting.h"
 #include "korvalen/foundation/primitives.h"
-#include "korvalen/platform/format.h"
 
 namespace korvalen::detail {
 
@@ -39,14 +38,6 @@ int Length(const wchar_t* text) {
 int Start(int cursor) { return cursor < 0 ? 0 : cursor; }
 
 const wchar_t* OrEmpty(const wchar_t* text) { return text == nullptr ? L"" : text; }
-
-int Format(wchar_t* buffer, std::size_t capacity, const wchar_t* format, ...) {
-  va_list args;
-  va_start(args, format);
-  const int length = korvalen::platform::format_wide(buffer, capacity, format, args);
-  va_end(args);
-  return length;
-}
 
 void WriteWord(wchar_t* line, int& cursor, const wchar_t* text) {
   if (line == nullptr) return;
@@ -183,13 +174,13 @@ void EscribirUnLong(wchar_t* line, int& cursor, LONG& value) {
 
 void EscribirUnReal(wchar_t* line, int& cursor, double& value) {
   wchar_t digits[kValueChars];
-  Format(digits, kValueChars, L"%1.3f", value);
+  korvalen::detail::format_fixed(digits, kValueChars, value, 3);
   WriteWord(line, cursor, digits);
 }
 
 void EscribirUnRealLargo(wchar_t* line, int& cursor, double& value) {
   wchar_t digits[kValueChars];
-  Format(digits, kValueChars, L"%1.6f", value);
+  korvalen::detail::format_fixed(digits, kValueChars, value, 6);
   WriteWord(line, cursor, digits);
 }
 
@@ -226,7 +217,7 @@ void DameParametroLong(const wchar_t* head, LONG value, wchar_t* out) {
 
 void DameParametroReal(const wchar_t* head, double value, wchar_t* out) {
   wchar_t digits[kRecordValueChars];
-  Format(digits, kRecordValueChars, L"%1.3f", value);
+  korvalen::detail::format_fixed(digits, kRecordValueChars, value, 3);
   BuildRecord(head, digits, out);
 }
 

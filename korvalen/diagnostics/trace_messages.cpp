@@ -4,6 +4,7 @@
 
 #include "korvalen/config/config_reader.h"
 #include "korvalen/config/config_writer.h"
+#include "korvalen/foundation/number_formatting.h"
 #include "korvalen/foundation/primitives.h"
 #include "korvalen/platform/files.h"
 #include "korvalen/platform/message_box.h"
@@ -56,9 +57,9 @@ Value Integer(long n) {
   sPrintf(v.text, L"%ld", n);
   return v;
 }
-Value Real(double x, const wchar_t* format) {
+Value Real(double x, int decimals) {
   Value v{};
-  sPrintf(v.text, format, x);
+  korvalen::detail::format_fixed(v.text, kMessageChars, x, decimals);
   return v;
 }
 
@@ -100,9 +101,7 @@ void ChivatoMsgBool(int value, const wchar_t* caption) { Show(Bool(value).text, 
 void ChivatoMsgShort(short value, const wchar_t* caption) { Show(Integer(value).text, caption); }
 void ChivatoMsgEntero(int value, const wchar_t* caption) { Show(Integer(value).text, caption); }
 void ChivatoMsgLong(LONG value, const wchar_t* caption) { Show(Integer(value).text, caption); }
-void ChivatoMsgReal(double value, const wchar_t* caption) {
-  Show(Real(value, L"%f").text, caption);
-}
+void ChivatoMsgReal(double value, const wchar_t* caption) { Show(Real(value, 6).text, caption); }
 
 void ChivatoTiempo(const wchar_t* text, std::tm& time) {
   wchar_t clock[64];
@@ -137,5 +136,5 @@ void ChivatoFicLong(const wchar_t* file, LONG value, const wchar_t* name) {
   ChivatoFicTexto(file, Integer(value).text, name);
 }
 void ChivatoFicReal(const wchar_t* file, double value, const wchar_t* name) {
-  ChivatoFicTexto(file, Real(value, L"%1.3f").text, name);
+  ChivatoFicTexto(file, Real(value, 3).text, name);
 }

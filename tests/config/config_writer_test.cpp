@@ -97,6 +97,14 @@ TEST(ConfigFieldWriters, EditInPlace) {
       {real_line, 4, kRealLargo, L"1", L"A002 1.000000   ;", 13},
       {real_line, 4, kReal, L"12.3456", L"A002 12.346     ;", 11},
       {real_line, 4, kRealLargo, L"-0.125", L"A002 -0.125000  ;", 14},
+      // Exact halves (binary fractions such as 1/16) round away from zero on
+      // every system; a decimal half that a double holds only below the half
+      // rounds down.
+      {real_line, 4, kReal, L"0.0625", L"A002 0.063" + Blanks(6) + L";", 10},
+      {real_line, 4, kReal, L"-0.0625", L"A002 -0.063     ;", 11},
+      {real_line, 4, kRealLargo, L"0.0078125", L"A002 0.007813   ;", 13},
+      {real_line, 4, kRealLargo, L"-2.5078125", L"A002 -2.507813  ;", 14},
+      {real_line, 4, kReal, L"1.0005", L"A002 1.000" + Blanks(6) + L";", 10},
   };
   for (const Case& c : cases) {
     std::size_t capacity = c.line.size() + 1;
@@ -229,6 +237,8 @@ TEST(ConfigRecordBuilders, Records) {
       {real, L"A002 ", L"2.5", L"A002 2.500 ;"},
       {real, L"A002 ", L"99999.999", L"A002 99999.999 ;"},
       {real, L"A002 ", L"-0.25", L"A002 -0.250 ;"},
+      {real, L"A002 ", L"2.0625", L"A002 2.063 ;"},
+      {real, L"A002 ", L"-1048576.5625", L"A002 -1048576.563 ;"},
       {boolean, L"A001 ", L"0", L"A001 OFF ;"},
       {boolean, L"A001 ", L"-7", L"A001 ON ;"},
       {on_off, L"A001 ", L"1", L"A001 ON ;"},

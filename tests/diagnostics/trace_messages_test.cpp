@@ -64,6 +64,7 @@ TEST_F(TraceFile, ValuesOfEachType) {
       {[] { ChivatoFicReal(L"t.txt", 2.5, L"r"); }, "r = 2.500"},
       {[] { ChivatoFicReal(L"t.txt", 1e6 / 3, L"r"); }, "r = 333333.333"},
       {[] { ChivatoFicReal(L"t.txt", -0.25, L"r"); }, "r = -0.250"},
+      {[] { ChivatoFicReal(L"t.txt", 0.0625, L"r"); }, "r = 0.063"},
       {[&long_name] { ChivatoFicTexto(L"t.txt", L"v", long_name.c_str()); }, std::string(498, 'n')},
   };
   for (const auto& c : cases) {
@@ -106,6 +107,7 @@ TEST(TraceMessage, ShowsCaptionAndValue) {
       {[] { ChivatoMsgEntero(42, L"i"); }, "i: 42"},
       {[] { ChivatoMsgLong(-2147483647 - 1, L"l"); }, "l: -2147483648"},
       {[] { ChivatoMsgReal(2.5, L"r"); }, "r: 2.500000"},
+      {[] { ChivatoMsgReal(-0.0078125, L"r"); }, "r: -0.007813"},
       {[&time] { ChivatoTiempo(L"start", time); }, "Tiempo: start -> 14:05:09."},
       // A text too long for the message is cut, never overrun.
       {[&] { ChivatoTiempo(long_text.c_str(), time); }, "Tiempo: " + std::string(1023, 't')},
