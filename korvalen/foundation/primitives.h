@@ -30,7 +30,8 @@
 // 0 when the text had to be cut (the destination is still terminated).
 KORVALEN_API int CharToTChar(wchar_t* destination, int capacity, const char* source);
 // Wide to 8-bit; capacity in bytes. A character the code page cannot hold
-// becomes a zero byte and so ends the converted text.
+// becomes its best-fit look-alike where Windows has one, else a zero byte,
+// which ends the converted text.
 KORVALEN_API int TCharToChar(char* destination, int capacity, const wchar_t* source);
 
 // --- strings --------------------------------------------------------------

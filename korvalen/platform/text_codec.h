@@ -4,8 +4,9 @@
 //
 // Both directions convert up to the source's terminator. The destination is
 // always terminated when its capacity is above zero; text that does not fit is
-// cut. Wide characters the code page cannot hold become a zero byte, which ends
-// the 8-bit text at that point (a line written to a file stops there).
+// cut. A wide character the code page cannot hold is written as its best-fit
+// look-alike where Windows has one (U+0100 as 'A'), else as a zero byte, which
+// ends the 8-bit text at that point (a line written to a file stops there).
 #pragma once
 
 namespace korvalen::platform {

@@ -24,6 +24,8 @@ TEST_F(FilePrimitives, WritingGivesCrLfAndCodePageBytes) {
   ASSERT_NE(f, nullptr);
   fPuts(L"A000 5 ;\n", f);
   fPuts(L"\u00D1and\u00FA \u20AC\n", f);
+  // Not in the code page but with a look-alike: written as it.
+  fPuts(L"A001 \"Bart\u00F3k \u0100\u0151\" ;\n", f);
   fPuts(L"cut here:\u4E2Drest\n", f);  // not in the code page: the line ends there
   fPuts("raw 8-bit\n", f);
   EXPECT_EQ(fPrintf(f, L"%s %d\n", L"B001", 12), 8);
@@ -32,7 +34,7 @@ TEST_F(FilePrimitives, WritingGivesCrLfAndCodePageBytes) {
   std::fclose(f);
   EXPECT_EQ(ReadBytes("OUT.SYS"),
             "A000 5 ;\r\n\xD1"
-            "and\xFA \x80\r\ncut here:raw 8-bit\r\nB001 12\r\n");
+            "and\xFA \x80\r\nA001 \"Bart\xF3k Ao\" ;\r\ncut here:raw 8-bit\r\nB001 12\r\n");
 
   const std::tuple<const char*, const char*, const char*> cases[] = {
       {"wt", "old", "a\r\nb\r\n"},
@@ -46,6 +48,21 @@ TEST_F(FilePrimitives, WritingGivesCrLfAndCodePageBytes) {
     std::fclose(f);
     EXPECT_EQ(ReadBytes("MODE.SYS"), after) << mode;
   }
+}
+
+// An 8-bit argument goes to disk as the code page's byte it came as; a line
+// that does not fit the 1023 characters is not written at all.
+TEST_F(FilePrimitives, PrintingEightBitArgumentsWritesTheirBytes) {
+  FILE* f = fOpen(L"PRINT.SYS", L"wt");
+  ASSERT_NE(f, nullptr);
+  EXPECT_EQ(fPrintf(f, L"A001 \"%S\" ;\n", "Mu\xF1oz"), 15);
+  EXPECT_EQ(fPrintf(f, L"%-4hs|%C|%s|%5.1f\n", "\xA3", '\xE9', L"\u00D1", 2.5), 15);
+  EXPECT_EQ(fPrintf(f, "%S\n", std::string(1022, '\xFC').c_str()), 1023);
+  EXPECT_EQ(fPrintf(f, L"%S\n", std::string(1023, '\xFC').c_str()), -1);
+  EXPECT_EQ(fPrintf(f, L"%S", ""), 0);
+  std::fclose(f);
+  EXPECT_EQ(ReadBytes("PRINT.SYS"), "A001 \"Mu\xF1oz\" ;\r\n\xA3   |\xE9|\xD1|  2.5\r\n" +
+                                        std::string(1022, '\xFC') + "\r\n");
 }
 
 TEST_F(FilePrimitives, ReadingFoldsOnlyCrLfAndStopsAtCtrlZInTextMode) {

@@ -38,6 +38,46 @@ TEST(Conversion, WideToAnsiStopsAtUnconvertibleCharacterAndAtTheCapacity) {
   EXPECT_STREQ(narrow, "ab");
 }
 
+// Characters 1252 cannot hold are written as the look-alike Windows picks;
+// those with none still cut the text. Checked on both systems, since the files
+// each writes must match.
+TEST(Conversion, WideToAnsiTakesTheBestFitLookAlike) {
+  const std::pair<std::wstring, std::string> cases[] = {
+      {L"\u0100", "A"},     // A with macron
+      {L"\u0151", "o"},     // o with double acute
+      {L"\u221E", "8"},     // infinity
+      {L"\uFF21", "A"},     // fullwidth A
+      {L"\u0110", "\xD0"},  // D with stroke: the look-alike is not ASCII
+      {L"\u2248", "\x98"},  // almost equal: into the 0x80-0x9F row
+      {L"\u4E2D", ""},      // no look-alike: the text ends
+      {L"\u0080", ""},      // a C1 control 1252 has no byte for
+      {L"\U00010100", ""},  // beyond UTF-16, though U+0100 has a look-alike
+  };
+  for (const auto& [wide, fit] : cases) {
+    char out[16];
+    TCharToChar(out, 16, (L"ab" + wide + L"cd").c_str());
+    EXPECT_EQ(std::string(out), fit.empty() ? "ab" : "ab" + fit + "cd")
+        << static_cast<unsigned long>(wide[0]);
+  }
+}
+
+// Every character of the Basic Multilingual Plane alone: the bytes both systems
+// write are pinned by one digest, so the Linux and Windows runs check each other.
+TEST(Conversion, WideToAnsiOfEveryCharacterIsTheSameOnBothSystems) {
+  unsigned digest = 2166136261u;  // 32-bit FNV-1a
+  int converted = 0;
+  for (unsigned u = 1; u <= 0xFFFF; ++u) {
+    if (u >= 0xD800 && u <= 0xDFFF) continue;
+    const wchar_t text[2] = {static_cast<wchar_t>(u), 0};
+    char out[2] = {'~', '~'};
+    ASSERT_EQ(TCharToChar(out, 2, text), 2) << u;
+    if (out[0] != 0) ++converted;
+    digest = (digest ^ static_cast<unsigned char>(out[0])) * 16777619u;
+  }
+  EXPECT_EQ(converted, 255 + 441);  // the round trips and the look-alikes
+  EXPECT_EQ(digest, 2045823108u);
+}
+
 // Texts of every length, plain ASCII and mixed with upper-half bytes, into
 // every capacity: each byte converts as it does alone, the cut and the result
 // follow the capacity, and nothing is written past it.
@@ -185,6 +225,64 @@ TEST(Formatting, WideFormatTakesWideStrings) {
   EXPECT_EQ(sPrintf(out.data(), L"<%s>", big.c_str()), 5002);
   EXPECT_EQ(std::wstring(out.c_str()), L"<" + big + L">");
   EXPECT_EQ(out[5003], L'?');  // nothing written past the result
+}
+
+// sPrintf's result as text, or what it returned when that is not the length.
+template <typename... Args>
+std::wstring Printed(const wchar_t* format, Args... args) {
+  wchar_t buf[256];
+  const int n = sPrintf(buf, format, args...);
+  if (n < 0 || static_cast<std::size_t>(n) != std::wcslen(buf)) {
+    return L"<returned " + std::to_wstring(n) + L">";
+  }
+  return buf;
+}
+
+// 8-bit arguments are code-page text, padded and cut as Windows does it,
+// the 0x80-0x9F row included (the runtime's own "C" locale would give 0x80 as
+// U+0080).
+TEST(Formatting, EightBitArgumentsAreCodePageText) {
+  const char* const null_text = nullptr;
+  int written = -1;
+  const std::pair<std::wstring, std::wstring> cases[] = {
+      // clang-format off
+      {Printed(L"[%S]", "caf\xE9"), L"[caf\u00E9]"},
+      {Printed(L"%hs|%S", "Mu\xF1oz", "\xA3 5"), L"Mu\u00F1oz|\u00A3 5"},
+      {Printed(L"%S", "\xA0\xBF\xFF"), L"\u00A0\u00BF\u00FF"},
+      {Printed(L"%S|%hc", "\x80\x9F\x81", '\x8C'), L"\u20AC\u0178\u0081|\u0152"},
+      {Printed(L"%-8S|%6hs|", "\xE9t\xE9", "\xF1"), L"\u00E9t\u00E9     |     \u00F1|"},
+      {Printed(L"%.3hs|%.0S|%.9S|", "\xE9\xE9\xE9\xE9\xE9", "x", "ab"), L"\u00E9\u00E9\u00E9||ab|"},
+      {Printed(L"%C%hc%3C|%-3hc|", '\xE9', 'a', '\xB0', '\xF1'), L"\u00E9a  \u00B0|\u00F1  |"},
+      {Printed(L"%05S|%-05S|%03C", "ab", "ab", 'x'), L"000ab|ab   |00x"},
+      {Printed(L"%S|%.3S|%hs", null_text, null_text, "z"), L"(null)|(nu|z"},
+      // wide and 8-bit text, numbers and "%%" in one format
+      {Printed(L"%d %I64d %5.2f %s %S %%", -7, 1234567890123LL, 3.14159, L"w\u00E9", "n\xE9"),
+       L"-7 1234567890123  3.14 w\u00E9 n\u00E9 %"},
+      {Printed(L"%ls %ws %c %lc %S", L"a", L"b", L'\u20AC', L'\u00F1', "\xE4"),
+       L"a b \u20AC \u00F1 \u00E4"},
+      {Printed(L"%x %X %#o %u %+d %I32d %ld %Iu %hd %S", 255, 255, 8, 4000000000u, 5, -1, -5L,
+               std::size_t{123456}, 70000, ""), L"ff FF 010 4000000000 +5 -1 -5 123456 4464 "},
+      {Printed(L"%08.3f|%-6d|%S", -2.5, 42, "\xE9"), L"-002.500|42    |\u00E9"},
+      // widths and precisions taken from the arguments, negative ones too
+      {Printed(L"[%*S][%-*S][%*S]", 5, "\xE9", 4, "ab", -3, "x"), L"[    \u00E9][ab  ][x  ]"},
+      {Printed(L"%.*S|%.*S|%*.*d|%S", 2, "\xF1\xF1\xF1", -1, "abc", 6, 3, 7, "\xE9"),
+       L"\u00F1\u00F1|abc|   007|\u00E9"},
+      // "%n" prints nothing; a conversion Windows does not know prints its letter
+      {Printed(L"ab%n%S", &written, "\xE9"), L"ab\u00E9"},
+      {Printed(L"%y%S%", "\xE9"), L"y\u00E9"},
+      // clang-format on
+  };
+  for (const auto& [printed, expected] : cases) EXPECT_EQ(printed, expected);
+
+  // Longer than the first try's buffer: the whole text all the same, and
+  // nothing past it.
+  const std::string big(5000, '\xE9');
+  std::wstring out(6000, L'?');
+  EXPECT_EQ(sPrintf(out.data(), L"<%S>", big.c_str()), 5002);
+  EXPECT_EQ(std::wstring(out.c_str()), L"<" + std::wstring(5000, L'\u00E9') + L">");
+  EXPECT_EQ(out[5003], L'?');
+  EXPECT_EQ(sPrintf(out.data(), "%hs|%s", "\xE9", L"w"), 3);
+  EXPECT_STREQ(out.c_str(), L"\u00E9|w");
 }
 
 TEST(Resources, NoLanguageModuleMeansNoStrings) {

@@ -1,11 +1,16 @@
 // Windows-1252 in both directions. The five bytes the code page leaves
 // undefined map to the C1 controls of the same value, as Windows maps them.
+// Wide to 8-bit also takes the best-fit look-alikes that Windows writes for
+// characters 1252 cannot hold, so that both systems write the same bytes.
 #include "korvalen/platform/text_codec.h"
 
+#include <algorithm>
 #include <cstdint>
 #include <cstring>
+#include <iterator>
 
 #include "korvalen/platform/line_input.h"
+#include "korvalen/platform/posix/best_fit_1252.h"
 
 namespace korvalen::platform {
 namespace {
@@ -14,6 +19,12 @@ constexpr char16_t kHighHalf[32] = {0x20AC, 0x0081, 0x201A, 0x0192, 0x201E, 0x20
                                     0x02C6, 0x2030, 0x0160, 0x2039, 0x0152, 0x008D, 0x017D, 0x008F,
                                     0x0090, 0x2018, 0x2019, 0x201C, 0x201D, 0x2022, 0x2013, 0x2014,
                                     0x02DC, 0x2122, 0x0161, 0x203A, 0x0153, 0x009D, 0x017E, 0x0178};
+
+// The look-up below is a binary search.
+static_assert(std::is_sorted(std::begin(detail::kBestFit1252), std::end(detail::kBestFit1252),
+                             [](const detail::BestFit& a, const detail::BestFit& b) {
+                               return a.wide < b.wide;
+                             }));
 
 }  // namespace
 
@@ -28,7 +39,13 @@ char wide_char_to_ansi(wchar_t c) {
   for (int i = 0; i < 32; ++i) {
     if (kHighHalf[i] == u) return static_cast<char>(0x80 + i);
   }
-  return 0;
+  // Windows text is UTF-16: nothing beyond it has a best fit.
+  if (u > 0xFFFF) return 0;
+  const auto* const end = std::end(detail::kBestFit1252);
+  const auto* const fit = std::lower_bound(
+      std::begin(detail::kBestFit1252), end, u,
+      [](const detail::BestFit& pair, std::uint32_t key) { return pair.wide < key; });
+  return fit != end && fit->wide == u ? static_cast<char>(fit->byte) : 0;
 }
 
 int ansi_to_wide(const char* src, wchar_t* dst, int capacity) {
