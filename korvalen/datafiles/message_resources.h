@@ -3,9 +3,14 @@
 // mapping can be checked without a language module; the library passes LoadStr.
 #pragma once
 
+#include <cstdint>
+
 #include "korvalen/datafiles/units_and_messages.h"
 
 namespace korvalen::detail {
+
+// Where wide characters are UTF-32, whether one takes two UTF-16 units.
+inline bool beyond_utf16(std::uint32_t c) { return c > 0xFFFF; }
 
 // The resource a special message (U+00AA, '@', code) stands for; 0 for any
 // other text.
@@ -15,6 +20,8 @@ inline unsigned special_message_id(const wchar_t* text) {
   if (text == nullptr || text[0] != kMark || text[1] != L'@' || text[2] == 0 || text[3] != 0) {
     return 0;
   }
+  // Three UTF-16 units: a character beyond them takes two, as on Windows.
+  if (beyond_utf16(static_cast<std::uint32_t>(text[2]))) return 0;
   return kFirstSpecialMessage + static_cast<unsigned>(text[2]);
 }
 

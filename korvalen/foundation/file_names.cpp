@@ -281,6 +281,9 @@ void DameDirectorioDeApp(wchar_t* result) {
   while (end > 0 && !IsSeparator(program[end - 1])) --end;
   if (end == 0 || end >= kDirectoryChars) return;
   StrnCpy(result, program, static_cast<std::size_t>(end));
+  // The Windows separator on every system, so that names built on the
+  // directory read the same everywhere (the platform takes '\\' as '/').
+  result[end - 1] = L'\\';
   result[end] = 0;
 }
 

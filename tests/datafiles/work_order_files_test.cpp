@@ -163,10 +163,16 @@ TEST(SpecialMessages, OnlyTheThreeCharacterMark) {
     std::wstring text;
     unsigned id;
   } cases[] = {
-      {{a, L'@', wchar_t{5}}, 26240}, {{a, L'@', wchar_t{1}}, 26236},
-      {{a, L'@', L'A'}, 26300},       {{a, L'@'}, 0},
-      {{a, L'@', L'A', L'B'}, 0},     {{L'a', L'@', wchar_t{5}}, 0},
-      {{a, L'#', wchar_t{5}}, 0},     {L"", 0},
+      {{a, L'@', wchar_t{5}}, 26240},
+      {{a, L'@', wchar_t{1}}, 26236},
+      {{a, L'@', L'A'}, 26300},
+      {{a, L'@'}, 0},
+      {{a, L'@', L'A', L'B'}, 0},
+      {{L'a', L'@', wchar_t{5}}, 0},
+      {{a, L'#', wchar_t{5}}, 0},
+      {L"", 0},
+      // Beyond UTF-16 a character is two units, so the text is not three.
+      {std::wstring{a, L'@'} + L"\U0001F600", 0},
   };
   for (const auto& c : cases) {
     EXPECT_EQ(korvalen::detail::special_message_id(c.text.c_str()), c.id) << c.text.size();

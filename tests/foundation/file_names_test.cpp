@@ -212,9 +212,9 @@ TEST_F(FileNames, ApplicationDirectoryHoldsTheRunningProgram) {
   DameDirectorioDeApp(app);
   const std::wstring dir = app;
   ASSERT_FALSE(dir.empty());
-  EXPECT_TRUE(dir.back() == L'\\' || dir.back() == L'/');
+  EXPECT_EQ(dir.back(), L'\\');
   // The test program itself, not the library (which sits elsewhere on POSIX).
-  const fs::path program = fs::path(dir + L"korvalen_tests_foundation");
+  const fs::path program = fs::path(dir.substr(0, dir.size() - 1)) / L"korvalen_tests_foundation";
   EXPECT_TRUE(fs::exists(program) || fs::exists(fs::path(program).concat(".exe")));
   CambiarDirectorioDeApp();
   EXPECT_EQ(fs::path(CurrentDirectory()), fs::path(dir.substr(0, dir.size() - 1)));

@@ -207,6 +207,19 @@ TEST(TimeArithmetic, DifferencesAreSecondsAfterTheEpochAndPeriodsMoveATime) {
   const std::tm distant = Local(2600, 1, 1, 0, 0);
   SumarTiempos(distant, distant, result);
   EXPECT_EQ(Clock(result), (std::vector<int>{1900, 1, 1, 0, 42, 0}));
+  // So do times outside that range given as input: the cleared time, one
+  // before the epoch, one after the year 3000.
+  std::tm cleared;
+  InicializarTiempo(cleared);
+  for (const std::tm& outside : {cleared, Local(1969, 12, 31, 0, 0), Local(3005, 1, 1, 0, 0)}) {
+    RestarTiempos(later, outside, result);
+    RestarTiempos(outside, earlier, result);
+    SumarTiempos(outside, difference, result);
+    c = Local(2024, 2, 29, 23, 0);
+    SumarPeriodoTiempo(later, outside, c);
+    EXPECT_EQ(Clock(c), (std::vector<int>{2024, 2, 29, 23, 0, 0}));
+  }
+  EXPECT_EQ(Clock(result), (std::vector<int>{1900, 1, 1, 0, 42, 0}));
   EXPECT_EQ((std::vector<int>{result.tm_wday, result.tm_yday, result.tm_isdst}),
             (std::vector<int>{1, 0, 0}));
 }

@@ -1,6 +1,7 @@
-// `korvalen state` and `korvalen params` on a copy of the sample installation
-// and on an empty directory: what they print, and that they change nothing
-// (the marker and the queue are not consumed, no missing file is created).
+// `korvalen state`, `korvalen params` and `korvalen cfg dump` on a copy of the
+// sample installation and on an empty directory: what they print, and that
+// they change nothing (the marker and the queue are not consumed, no missing
+// file is created).
 #include <gtest/gtest.h>
 
 #include <cstdlib>
@@ -8,6 +9,7 @@
 #include <map>
 #include <string>
 
+#include "korvalen/korvalen.h"
 #include "temp_dir_test.h"
 
 namespace {
@@ -113,7 +115,17 @@ TEST_F(ToolStateAndParams, EmptyOrMissingDirectory) {
       {"params -C empty", true, "SERVPACK.DTS (not found)\n"},
       {"state -C no-such-directory", false, "no-such-directory"},
       {"params -C no-such-directory", false, "no-such-directory"},
+      // Comments are no records, also where blanks stand before their mark
+      // or a blank line follows one; the blank line after a record is A000.
+      {"cfg dump indented.cfg", true,
+       "   2  A001  5  ;\n   5  A002  7  ;\n   6  A000\n3 records\n"},
   };
+  {
+    FILE* f = fOpen(L"indented.cfg", L"wt");
+    ASSERT_NE(f, nullptr);
+    fPuts(L"# the cut table\n A001 5 ;\n   # indented note\n   \nA002 7 ;\n   \n", f);
+    std::fclose(f);
+  }
   for (const auto& c : cases) {
     const auto [status, output] = RunTool(c.arguments);
     EXPECT_EQ(status == 0, c.succeeds) << c.arguments;

@@ -2,6 +2,7 @@
 #include <cstdio>
 #include <string>
 
+#include "command_line.h"
 #include "commands.h"
 #include "korvalen/korvalen.h"
 #include "text_output.h"
@@ -29,7 +30,7 @@ std::wstring describe_fields(const wchar_t* line, int cursor) {
 }
 
 int dump(const std::string& file_name, bool show_comments) {
-  FILE* f = fOpen(from_utf8(file_name).c_str(), L"rt");
+  FILE* f = fOpen(argument_text(file_name).c_str(), L"rt");
   if (f == nullptr) {
     std::fprintf(stderr, "korvalen: cannot open %s\n", file_name.c_str());
     return 1;
@@ -42,7 +43,9 @@ int dump(const std::string& file_name, bool show_comments) {
   for (int number = 1; !std::feof(f); ++number) {
     LeerLineaLargaDeCfg(f, line, type, index, cursor);
     if (type == L' ') continue;
-    if (type == L'#' && line[0] == L'#') {
+    // Every reader passes over type '#', a comment also where blanks stand
+    // before its mark, and a blank line after one, which keeps the type.
+    if (type == L'#') {
       if (show_comments) print(L"     " + std::wstring(line) + L"\n");
       continue;
     }
@@ -61,8 +64,8 @@ int dump(const std::string& file_name, bool show_comments) {
 void add_cfg_commands(CLI::App& app) {
   auto* cfg = app.add_subcommand("cfg", "Settings files of config records");
   cfg->require_subcommand(1);
-  auto* dump_command =
-      cfg->add_subcommand("dump", "Print each record: line, type letter and index, then its fields");
+  auto* dump_command = cfg->add_subcommand(
+      "dump", "Print each record: line, type letter and index, then its fields");
   static std::string file;
   static bool comments = false;
   dump_command->add_option("FILE", file, "Settings file")->required();

@@ -2,6 +2,7 @@
 
 #include <cstdio>
 
+#include "command_line.h"
 #include "korvalen/foundation/primitives.h"
 #include "text_output.h"
 
@@ -14,7 +15,7 @@ void add_directory_option(CLI::App& command, std::string& directory) {
 
 bool enter_directory(const std::string& directory) {
   if (directory.empty() || directory == ".") return true;
-  if (chDir(from_utf8(directory).c_str()) == 0) return true;
+  if (chDir(argument_text(directory).c_str()) == 0) return true;
   std::fprintf(stderr, "korvalen: cannot change to directory %s\n", directory.c_str());
   return false;
 }

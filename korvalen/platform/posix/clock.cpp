@@ -25,7 +25,16 @@ std::tm* utc_time(long long t) {
   return gmtime_r(&tt, &t_time);
 }
 
-long long make_time(std::tm* tm) { return static_cast<long long>(std::mktime(tm)); }
+// As the Windows runtime's 64-bit mktime: a time outside its range (local
+// 1970 to the end of 3000) is -1, and the caller's fields stay as they were.
+long long make_time(std::tm* tm) {
+  if (tm == nullptr) return -1;
+  std::tm normalised = *tm;
+  const long long t = static_cast<long long>(std::mktime(&normalised));
+  if (t < 0 || t > kLastTime) return -1;
+  *tm = normalised;
+  return t;
+}
 
 long long now() { return static_cast<long long>(std::time(nullptr)); }
 
