@@ -1,10 +1,10 @@
 // File primitives: exact bytes on disk, text mode, line capacities, names.
 #include <gtest/gtest.h>
 
-#include <set>
 #include <string>
 #include <tuple>
 #include <utility>
+#include <vector>
 
 #include "guarded_text.h"
 #include "korvalen/foundation/primitives.h"
@@ -139,24 +139,29 @@ TEST_F(FilePrimitives, RenameRefusesAnExistingTarget) {
   EXPECT_NE(Remove(L"WORK.TMP"), 0);
 }
 
+// Matches come by name without regard to case, as NTFS lists them, whatever
+// order they were made in.
 TEST_F(FilePrimitives, FindWalksMatchingEntries) {
+  WriteBytes("Zz.err", "");
+  WriteBytes("mm.err", "");
   WriteBytes("a1.err", std::string(1234, 'x'));
   WriteBytes("B2.ERR", "");
   WriteBytes("c3.txt", "");
   ASSERT_EQ(mkDir(L"sub.err"), 0);
   _wfinddata64i32_t data;
-  std::set<std::wstring> names;
+  std::vector<std::wstring> names;
   intptr_t h = FindFirst(L"*.err", &data);
   ASSERT_NE(h, -1);
   do {
     const std::wstring name = data.name;
-    names.insert(name);
+    names.push_back(name);
     EXPECT_EQ((data.attrib & _A_SUBDIR) != 0, name == L"sub.err") << name;
     if (name == L"a1.err") {
       EXPECT_EQ(data.size, 1234u);
     }
   } while (FindNext(h, &data) == 0);
-  EXPECT_EQ(names, (std::set<std::wstring>{L"a1.err", L"B2.ERR", L"sub.err"}));
+  EXPECT_EQ(names,
+            (std::vector<std::wstring>{L"a1.err", L"B2.ERR", L"mm.err", L"sub.err", L"Zz.err"}));
   h = FindFirst("A1.ERR", &data);
   ASSERT_NE(h, -1);
   EXPECT_EQ(FindNext(h, &data), -1);

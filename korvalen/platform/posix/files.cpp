@@ -8,17 +8,22 @@
 #include <sys/stat.h>
 #include <unistd.h>
 
+#include <algorithm>
 #include <cerrno>
+#include <cstdint>
 #include <cstdlib>
 #include <cstring>
+#include <memory>
 #include <mutex>
 #include <new>
 #include <string>
 #include <unordered_map>
+#include <utility>
 #include <vector>
 
 #include "korvalen/platform/posix/native_path.h"
 #include "korvalen/platform/posix/text_stream.h"
+#include "korvalen/platform/text_case.h"
 
 namespace korvalen::platform {
 namespace {
@@ -88,11 +93,47 @@ void fill_find_data(const std::string& dir, const char* entry, _wfinddata64i32_t
   data->time_write = st.st_mtime;
 }
 
+// A search lists its matches when it starts, in the order NTFS gives them:
+// "." and ".." first, then by name without regard to case. readdir's own
+// order is the file system's hash order, so lists built from a search (the
+// error list, directory walks) would come out differently on each system.
 struct Search {
   std::string dir;
-  std::wstring pattern;
-  DIR* handle;
+  std::vector<std::string> names;
+  std::size_t next = 0;
 };
+
+bool ntfs_order(const std::pair<std::wstring, std::string>& a,
+                const std::pair<std::wstring, std::string>& b) {
+  const auto dots = [](const std::wstring& n) { return n == L"." ? 0 : n == L".." ? 1 : 2; };
+  if (dots(a.first) != dots(b.first)) return dots(a.first) < dots(b.first);
+  return std::lexicographical_compare(
+      a.first.begin(), a.first.end(), b.first.begin(), b.first.end(), [](wchar_t x, wchar_t y) {
+        return static_cast<std::uint32_t>(to_upper(x)) < static_cast<std::uint32_t>(to_upper(y));
+      });
+}
+
+// The entries of dir that match the wildcard mask, in NTFS order; false when
+// the directory cannot be read.
+bool list_matches(Search& s, const std::wstring& mask) {
+  DIR* d = opendir(s.dir.empty() ? "." : s.dir.c_str());
+  if (d == nullptr) return false;
+  std::vector<std::pair<std::wstring, std::string>> found;
+  try {
+    while (dirent* e = readdir(d)) {
+      std::wstring name = posix::from_utf8(e->d_name);
+      if (posix::wildcard_match(mask.c_str(), name.c_str())) found.emplace_back(name, e->d_name);
+    }
+  } catch (...) {
+    closedir(d);
+    throw;
+  }
+  closedir(d);
+  std::sort(found.begin(), found.end(), ntfs_order);
+  s.names.reserve(found.size());
+  for (auto& entry : found) s.names.push_back(std::move(entry.second));
+  return true;
+}
 
 // Open searches by handle number. A search that reaches its end is released
 // at once: callers of FindFirst/FindNext have no close function, and a later
@@ -110,21 +151,12 @@ Search* take_search(intptr_t handle) {
   return s;
 }
 
-void release(Search* s) {
-  if (s == nullptr) return;
-  if (s->handle != nullptr) closedir(s->handle);
-  delete s;
-}
+void release(Search* s) { delete s; }
 
 bool next_match(Search* s, _wfinddata64i32_t* data) {
-  while (dirent* e = readdir(s->handle)) {
-    const std::wstring name = posix::from_utf8(e->d_name);
-    if (posix::wildcard_match(s->pattern.c_str(), name.c_str())) {
-      fill_find_data(s->dir, e->d_name, data);
-      return true;
-    }
-  }
-  return false;
+  if (s->next >= s->names.size()) return false;
+  fill_find_data(s->dir, s->names[s->next++].c_str(), data);
+  return true;
 }
 
 }  // namespace
@@ -266,17 +298,15 @@ intptr_t find_first(const wchar_t* pattern, _wfinddata64i32_t* data) {
       dir = path.substr(0, slash == 0 ? 1 : slash);
       mask = path.substr(slash + 1);
     }
-    auto* s = new (std::nothrow) Search{dir, posix::from_utf8(mask.c_str()), nullptr};
-    if (s == nullptr) return -1;
-    s->handle = opendir(dir.empty() ? "." : dir.c_str());
-    if (s->handle == nullptr || !next_match(s, data)) {
-      release(s);
+    auto s = std::make_unique<Search>(Search{dir, {}, 0});
+    if (!list_matches(*s, posix::from_utf8(mask.c_str())) || !next_match(s.get(), data)) {
       errno = ENOENT;
       return -1;
     }
     std::lock_guard<std::mutex> lock(g_searches_mutex);
     const intptr_t handle = g_next_handle++;
-    g_searches.emplace(handle, s);
+    g_searches.emplace(handle, s.get());
+    s.release();
     return handle;
   } catch (...) {
     // Only allocation can throw here; it reads as a failed call.
