@@ -1,5 +1,8 @@
-// Case folding for comparisons without regard to case (StriCmp, file names).
-// Windows uses the runtime's folding; elsewhere ASCII and Latin-1 letters fold.
+// The C runtime's case folding, behind StriCmp, StrUpr and StrLwr. The library
+// keeps the runtime in its "C" locale (it sets it back after formatting a
+// date), where the Windows runtime folds only the ASCII letters; POSIX does
+// the same, so that "\u00E9" and "\u00C9" differ on both. File names fold as
+// the file system does, which is the platform's own business.
 #pragma once
 
 namespace korvalen::platform {

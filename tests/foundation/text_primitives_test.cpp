@@ -161,6 +161,13 @@ TEST(Strings, CopySearchAndChangeInPlace) {
   wchar_t text[] = L"Chapa-01";
   EXPECT_STREQ(StrUpr(text), L"CHAPA-01");
   EXPECT_STREQ(StrLwr(text), L"chapa-01");
+  // Only ASCII letters fold, as in the runtime's "C" locale, which the library
+  // keeps: accented letters stay as they are, and differ from their capitals.
+  wchar_t accented[] = L"\u00E9t\u00C9\u00FF";
+  EXPECT_STREQ(StrUpr(accented), L"\u00E9T\u00C9\u00FF");
+  EXPECT_STREQ(StrLwr(accented), L"\u00E9t\u00C9\u00FF");
+  EXPECT_NE(StriCmp(L"\u00E9", L"\u00C9"), 0);
+  EXPECT_EQ(StriCmp(L"A\u00E9", L"a\u00E9"), 0);
   EXPECT_STREQ(StrRev(text), L"10-apahc");
   wchar_t empty[] = L"";
   EXPECT_STREQ(StrRev(empty), L"");

@@ -23,7 +23,6 @@
 
 #include "korvalen/platform/posix/native_path.h"
 #include "korvalen/platform/posix/text_stream.h"
-#include "korvalen/platform/text_case.h"
 
 namespace korvalen::platform {
 namespace {
@@ -107,10 +106,11 @@ bool ntfs_order(const std::pair<std::wstring, std::string>& a,
                 const std::pair<std::wstring, std::string>& b) {
   const auto dots = [](const std::wstring& n) { return n == L"." ? 0 : n == L".." ? 1 : 2; };
   if (dots(a.first) != dots(b.first)) return dots(a.first) < dots(b.first);
-  return std::lexicographical_compare(
-      a.first.begin(), a.first.end(), b.first.begin(), b.first.end(), [](wchar_t x, wchar_t y) {
-        return static_cast<std::uint32_t>(to_upper(x)) < static_cast<std::uint32_t>(to_upper(y));
-      });
+  return std::lexicographical_compare(a.first.begin(), a.first.end(), b.first.begin(),
+                                      b.first.end(), [](wchar_t x, wchar_t y) {
+                                        return static_cast<std::uint32_t>(posix::name_upper(x)) <
+                                               static_cast<std::uint32_t>(posix::name_upper(y));
+                                      });
 }
 
 // The entries of dir that match the wildcard mask, in NTFS order; false when

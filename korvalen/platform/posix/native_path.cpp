@@ -5,7 +5,6 @@
 
 #include <cstdint>
 
-#include "korvalen/platform/text_case.h"
 
 namespace korvalen::platform::posix {
 namespace {
@@ -101,8 +100,18 @@ std::wstring from_utf8(const char* text) {
   }
 }
 
+wchar_t name_upper(wchar_t c) {
+  if ((c >= L'a' && c <= L'z') || (c >= 0xE0 && c <= 0xFE && c != 0xF7)) return c - 0x20;
+  if (c == 0xFF) return static_cast<wchar_t>(0x178);
+  return c;
+}
+
 bool same_name(const std::wstring& a, const std::wstring& b) {
-  return a.size() == b.size() && compare_no_case(a.c_str(), b.c_str()) == 0;
+  if (a.size() != b.size()) return false;
+  for (std::size_t i = 0; i < a.size(); ++i) {
+    if (name_upper(a[i]) != name_upper(b[i])) return false;
+  }
+  return true;
 }
 
 std::string native_path(const wchar_t* name) {
@@ -152,7 +161,7 @@ bool wildcard_match(const wchar_t* pattern, const wchar_t* name) {
     if (*pattern == L'*') {
       star = pattern++;
       resume = name;
-    } else if (*pattern == L'?' || (*pattern != 0 && to_lower(*pattern) == to_lower(*name))) {
+    } else if (*pattern == L'?' || (*pattern != 0 && name_upper(*pattern) == name_upper(*name))) {
       ++pattern;
       ++name;
     } else if (star != nullptr) {

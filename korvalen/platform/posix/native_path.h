@@ -19,7 +19,11 @@ std::wstring from_utf8(const char* text);
 // Windows wildcard match ('*', '?') without regard to case.
 bool wildcard_match(const wchar_t* pattern, const wchar_t* name);
 
-// Equality without regard to case (ASCII and Latin-1 letters).
+// A character of a name as NTFS compares it without regard to case: upper
+// case, for the ASCII and Latin-1 letters.
+wchar_t name_upper(wchar_t c);
+
+// Equality without regard to case, as NTFS compares names.
 bool same_name(const std::wstring& a, const std::wstring& b);
 
 }  // namespace korvalen::platform::posix
