@@ -6,11 +6,11 @@
 #include <cwchar>
 #include <string_view>
 
-#include "korvalen/foundation/number_parsing.h"
-#include "korvalen/foundation/primitives.h"
-#include "korvalen/platform/line_input.h"
-#include "korvalen/platform/stream_buffer.h"
-#include "korvalen/platform/text_codec.h"
+#include "korvalen/foundation/internal/number_parsing.h"
+#include "korvalen/foundation/string_functions.h"
+#include "korvalen/platform/internal/line_conversion.h"
+#include "korvalen/platform/internal/stream_buffer.h"
+#include "korvalen/platform/internal/text_codec.h"
 
 namespace {
 

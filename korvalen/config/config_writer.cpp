@@ -3,8 +3,9 @@
 #include <climits>
 #include <cwchar>
 
-#include "korvalen/foundation/number_formatting.h"
-#include "korvalen/foundation/primitives.h"
+#include "korvalen/foundation/internal/number_formatting.h"
+#include "korvalen/foundation/number_functions.h"
+#include "korvalen/foundation/streams.h"
 
 namespace korvalen::detail {
 

@@ -5,12 +5,14 @@
 #include <cstdio>
 
 #include "korvalen/config/config_reader.h"
-#include "korvalen/datafiles/state_lines.h"
-#include "korvalen/foundation/primitives.h"
-#include "korvalen/foundation/typed_list.h"
-#include "korvalen/platform/exclusive_file.h"
-#include "korvalen/platform/files.h"
-#include "korvalen/platform/this_process.h"
+#include "korvalen/datafiles/internal/state_lines.h"
+#include "korvalen/foundation/file_system.h"
+#include "korvalen/foundation/internal/typed_list.h"
+#include "korvalen/foundation/streams.h"
+#include "korvalen/foundation/string_functions.h"
+#include "korvalen/platform/internal/exclusive_file.h"
+#include "korvalen/platform/internal/files.h"
+#include "korvalen/platform/internal/this_process.h"
 
 namespace {
 

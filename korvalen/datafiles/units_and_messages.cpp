@@ -4,9 +4,9 @@
 #include <cstdlib>
 
 #include "korvalen/config/config_reader.h"
-#include "korvalen/config/record_walk.h"
-#include "korvalen/datafiles/message_resources.h"
-#include "korvalen/foundation/primitives.h"
+#include "korvalen/config/internal/record_walk.h"
+#include "korvalen/datafiles/internal/message_resources.h"
+#include "korvalen/foundation/string_resources.h"
 
 namespace {
 

@@ -4,10 +4,13 @@
 #include <initializer_list>
 
 #include "korvalen/config/config_reader.h"
-#include "korvalen/datafiles/message_resources.h"
-#include "korvalen/datafiles/state_lines.h"
-#include "korvalen/foundation/primitives.h"
-#include "korvalen/foundation/typed_list.h"
+#include "korvalen/datafiles/internal/message_resources.h"
+#include "korvalen/datafiles/internal/state_lines.h"
+#include "korvalen/foundation/file_system.h"
+#include "korvalen/foundation/internal/typed_list.h"
+#include "korvalen/foundation/streams.h"
+#include "korvalen/foundation/string_functions.h"
+#include "korvalen/foundation/string_resources.h"
 
 namespace {
 

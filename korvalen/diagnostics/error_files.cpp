@@ -4,11 +4,15 @@
 #include <initializer_list>
 
 #include "korvalen/config/config_reader.h"
-#include "korvalen/diagnostics/directory_iteration.h"
 #include "korvalen/diagnostics/unique_name.h"
-#include "korvalen/foundation/primitives.h"
-#include "korvalen/foundation/typed_list.h"
-#include "korvalen/platform/files.h"
+#include "korvalen/foundation/directory_iteration.h"
+#include "korvalen/foundation/file_system.h"
+#include "korvalen/foundation/formatted_output.h"
+#include "korvalen/foundation/internal/typed_list.h"
+#include "korvalen/foundation/path_functions.h"
+#include "korvalen/foundation/streams.h"
+#include "korvalen/foundation/string_functions.h"
+#include "korvalen/platform/internal/files.h"
 
 using korvalen::kCfgLineChars;
 
@@ -72,9 +76,10 @@ void LeerFicheroError(const wchar_t* name, TRegError& record) {
   std::fclose(report);
 }
 
-void WriteReport(int code, const wchar_t* text1, const wchar_t* text2, const wchar_t* text3,
-                 const wchar_t* text4, const wchar_t* text5, const wchar_t* text6,
-                 const wchar_t* text7, int number1, LONG number2, int number3) {
+void WriteReport(int code, const wchar_t* short_text1, const wchar_t* short_text2,
+                 const wchar_t* short_text3, const wchar_t* long_text4, const wchar_t* medium_text5,
+                 const wchar_t* short_text6, const wchar_t* short_text7, int number1, LONG number2,
+                 int number3) {
   wchar_t counter[kPathChars];
   MakePath(counter, L"", L"", L"CONTERRW", L".cdr");
   wchar_t base[korvalen::kUniqueNameChars + 1];
@@ -88,7 +93,8 @@ void WriteReport(int code, const wchar_t* text1, const wchar_t* text2, const wch
     return;
   }
   fPrintf(report, L"%d\n", code);
-  for (const wchar_t* text : {text1, text2, text3, text4, text5, text6, text7}) {
+  for (const wchar_t* text : {short_text1, short_text2, short_text3, long_text4, medium_text5,
+                              short_text6, short_text7}) {
     WriteText(report, text);
   }
   fPrintf(report, L"%d\n", number1);
@@ -109,11 +115,13 @@ void Gather(TRegError*& head, TRegError*& tail, TDtsFile& search) {
 
 }  // namespace
 
-void GeneraError(int code, const wchar_t* text1, const wchar_t* text2, const wchar_t* text3,
-                 const wchar_t* text4, const wchar_t* text5, const wchar_t* text6,
-                 const wchar_t* text7, int number1, LONG number2, int number3) {
+void GeneraError(int code, const wchar_t* short_text1, const wchar_t* short_text2,
+                 const wchar_t* short_text3, const wchar_t* long_text4, const wchar_t* medium_text5,
+                 const wchar_t* short_text6, const wchar_t* short_text7, int number1, LONG number2,
+                 int number3) {
   try {
-    WriteReport(code, text1, text2, text3, text4, text5, text6, text7, number1, number2, number3);
+    WriteReport(code, short_text1, short_text2, short_text3, long_text4, medium_text5, short_text6,
+                short_text7, number1, number2, number3);
   } catch (...) {
     // No report, as when its file cannot be created.
   }

@@ -49,15 +49,16 @@ struct TRegError {
   int number3;
 };
 
-// Writes one new report; nothing when no report file can be created. Texts
-// must not hold a double quote. What the gatherer keeps of them: 40
-// characters of texts 1-3, 6 and 7, 253 of text 4 and 78 of text 5; a text is
-// written as passed, but cut to 1020 characters so its line still fits the
-// line buffer.
-KORVALEN_API void GeneraError(int code, const wchar_t* text1, const wchar_t* text2,
-                              const wchar_t* text3, const wchar_t* text4, const wchar_t* text5,
-                              const wchar_t* text6, const wchar_t* text7, int number1, LONG number2,
-                              int number3);
+// Writes one new report; nothing when no report file can be created. The
+// seven texts land in text1 to text7 of the gathered record, and their names
+// say how much of them the gatherer keeps: 40 characters of a short text, 253
+// of the long one, 78 of the medium one. Texts must not hold a double quote;
+// each is written as passed, but cut to 1020 characters so its line still
+// fits the line buffer.
+KORVALEN_API void GeneraError(int code, const wchar_t* short_text1, const wchar_t* short_text2,
+                              const wchar_t* short_text3, const wchar_t* long_text4,
+                              const wchar_t* medium_text5, const wchar_t* short_text6,
+                              const wchar_t* short_text7, int number1, LONG number2, int number3);
 
 // Sets head and tail to a list of every ".err" file of the current directory,
 // in the order the directory gives them. A file that cannot be read still

@@ -4,10 +4,13 @@
 
 #include "korvalen/config/config_reader.h"
 #include "korvalen/config/config_writer.h"
-#include "korvalen/foundation/number_formatting.h"
-#include "korvalen/foundation/primitives.h"
-#include "korvalen/platform/files.h"
-#include "korvalen/platform/message_box.h"
+#include "korvalen/foundation/file_system.h"
+#include "korvalen/foundation/formatted_output.h"
+#include "korvalen/foundation/internal/number_formatting.h"
+#include "korvalen/foundation/streams.h"
+#include "korvalen/foundation/string_functions.h"
+#include "korvalen/platform/internal/files.h"
+#include "korvalen/platform/internal/message_box.h"
 
 namespace platform = korvalen::platform;
 

@@ -5,9 +5,11 @@
 #include <cstdio>
 
 #include "korvalen/config/config_reader.h"
-#include "korvalen/foundation/primitives.h"
-#include "korvalen/platform/exclusive_file.h"
-#include "korvalen/platform/this_process.h"
+#include "korvalen/foundation/formatted_output.h"
+#include "korvalen/foundation/path_functions.h"
+#include "korvalen/foundation/string_functions.h"
+#include "korvalen/platform/internal/exclusive_file.h"
+#include "korvalen/platform/internal/this_process.h"
 
 namespace platform = korvalen::platform;
 using korvalen::kUniqueNameChars;

@@ -4,7 +4,7 @@
 #include <bit>
 #include <cstdint>
 
-#include "korvalen/foundation/primitives.h"
+#include "korvalen/foundation/number_functions.h"
 
 extern "C" double fabs(double value) KORVALEN_CRT_NOEXCEPT {
   return std::bit_cast<double>(std::bit_cast<std::uint64_t>(value) & ~(std::uint64_t{1} << 63));

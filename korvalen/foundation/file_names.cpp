@@ -5,11 +5,13 @@
 #include <string>
 #include <vector>
 
-#include "korvalen/foundation/primitives.h"
-#include "korvalen/foundation/typed_list.h"
-#include "korvalen/platform/directories.h"
-#include "korvalen/platform/files.h"
-#include "korvalen/platform/object_linking.h"
+#include "korvalen/foundation/file_system.h"
+#include "korvalen/foundation/internal/typed_list.h"
+#include "korvalen/foundation/streams.h"
+#include "korvalen/foundation/string_functions.h"
+#include "korvalen/platform/internal/com_startup.h"
+#include "korvalen/platform/internal/directories.h"
+#include "korvalen/platform/internal/files.h"
 
 using korvalen::kDirectoryChars;
 using korvalen::kFullNameChars;
@@ -288,7 +290,8 @@ void DameDirectorioDeApp(wchar_t* result) {
 }
 
 void CambiarDirectorioDeApp() {
-  platform::initialize_object_linking();
+  // A thread whose COM apartment is set up otherwise keeps it.
+  (void)platform::start_com();
   wchar_t directory[kDirectoryChars];
   DameDirectorioDeApp(directory);
   if (directory[0] != 0) chDir(directory);

@@ -1,14 +1,14 @@
-// Internal: where LoadStr finds its strings. The language-resource code installs
-// a loader when it loads a language module; until then there are no strings.
+// The texts the user sees, from the string resources of the current language
+// module.
+//
+//   wchar_t text[1024];
+//   if (LoadStr(26235, text) == 0) { /* no such string, or no module loaded */ }
 #pragma once
 
-namespace korvalen::detail {
+#include "korvalen/export.h"
+#include "korvalen/platform/windows_types.h"
 
-// Loads string resource id into buffer (capacity in characters, terminated,
-// cut to fit); returns its length, 0 when there is no such string.
-using StringLoader = int (*)(unsigned id, wchar_t* buffer, int capacity);
-
-void set_string_loader(StringLoader loader);
-int load_string(unsigned id, wchar_t* buffer, int capacity);
-
-}  // namespace korvalen::detail
+// Empties the buffer and loads the string resource of that number from the
+// current language module: 1, or 0 when there is none (the buffer stays
+// empty). The buffer must hold the string; texts are cut at 1024 characters.
+KORVALEN_API int LoadStr(UINT id, wchar_t* buffer);

@@ -4,8 +4,10 @@
 #include <cmath>
 #include <cwchar>
 
-#include "korvalen/foundation/primitives.h"
-#include "korvalen/platform/clock.h"
+#include "korvalen/foundation/clock_functions.h"
+#include "korvalen/foundation/number_functions.h"
+#include "korvalen/foundation/string_functions.h"
+#include "korvalen/platform/internal/clock.h"
 
 namespace platform = korvalen::platform;
 

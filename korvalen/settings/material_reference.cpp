@@ -1,6 +1,8 @@
 #include "korvalen/settings/material_reference.h"
 
-#include "korvalen/foundation/primitives.h"
+#include "korvalen/foundation/formatted_output.h"
+#include "korvalen/foundation/number_functions.h"
+#include "korvalen/foundation/string_functions.h"
 
 namespace {
 

@@ -5,9 +5,11 @@
 
 #include "korvalen/config/config_reader.h"
 #include "korvalen/config/config_writer.h"
-#include "korvalen/config/record_walk.h"
-#include "korvalen/foundation/primitives.h"
-#include "korvalen/platform/files.h"
+#include "korvalen/config/internal/record_walk.h"
+#include "korvalen/foundation/file_system.h"
+#include "korvalen/foundation/streams.h"
+#include "korvalen/foundation/string_functions.h"
+#include "korvalen/platform/internal/files.h"
 
 namespace {
 
@@ -74,9 +76,10 @@ void EscribirCfgMirselId(int flag, const wchar_t* text) {
   korvalen::platform::replace_file(kIdentificationWork, kIdentificationFile);
 }
 
-void ActualizaMirselinCNI(int& a0, const wchar_t* r1, const wchar_t* r5r8,
-                          const wchar_t* /*unused1*/, int& r0, const wchar_t* a1, const wchar_t* a2,
-                          const wchar_t* a5, int& /*unused2*/) {
+void ActualizaMirselinCNI(int& number_a000, const wchar_t* server_r001,
+                          const wchar_t* database_folder_r005_r008, const wchar_t* /*unused_text*/,
+                          int& switch_r000, const wchar_t* text_a001, const wchar_t* text_a002,
+                          const wchar_t* text_a005, int& /*unused_number*/) {
   FILE* in = fOpen(kProcessFile, L"rt");
   if (in == nullptr) return;
   FILE* out = fOpen(kProcessWork, L"wt");
@@ -84,19 +87,19 @@ void ActualizaMirselinCNI(int& a0, const wchar_t* r1, const wchar_t* r5r8,
     korvalen::detail::for_each_line<korvalen::kCfgLineChars>(
         in, [&](wchar_t* line, wchar_t type, int index, int cursor) {
           if (type == L'A' && index == 0) {
-            EscribirUnEntero(line, cursor, a0);
+            EscribirUnEntero(line, cursor, number_a000);
           } else if (type == L'A' && index == 1) {
-            EscribirUnTexto(line, cursor, a1);
+            EscribirUnTexto(line, cursor, text_a001);
           } else if (type == L'A' && index == 2) {
-            EscribirUnTexto(line, cursor, a2);
+            EscribirUnTexto(line, cursor, text_a002);
           } else if (type == L'A' && index == 5) {
-            EscribirUnTexto(line, cursor, a5);
+            EscribirUnTexto(line, cursor, text_a005);
           } else if (type == L'R' && index == 0) {
-            EscribirSIoNO(line, cursor, r0);
+            EscribirSIoNO(line, cursor, switch_r000);
           } else if (type == L'R' && index == 1) {
-            EscribirUnTexto(line, cursor, r1);
+            EscribirUnTexto(line, cursor, server_r001);
           } else if (type == L'R' && (index == 5 || index == 8)) {
-            EscribirUnTexto(line, cursor, r5r8);
+            EscribirUnTexto(line, cursor, database_folder_r005_r008);
           }
           EscribirLineaEnFichero(out, line);
         });

@@ -25,11 +25,14 @@ KORVALEN_API void LeerCfgMirselId(int& flag, wchar_t* text);
 // file cannot be created the file stays untouched.
 KORVALEN_API void EscribirCfgMirselId(int flag, const wchar_t* text);
 
-// A000 := a0, A001 := a1, A002 := a2, A005 := a5, R000 := r0 ("ON"/"OFF"),
-// R001 := r1, R005 and R008 := r5r8; texts are cut to fit their record.
-// unused1 and unused2 are not used. Whenever "MIRSELIN.CNI" opens it is
-// replaced by the work file, even when that could not be created: the
-// process file is then gone.
-KORVALEN_API void ActualizaMirselinCNI(int& a0, const wchar_t* r1, const wchar_t* r5r8,
-                                       const wchar_t* unused1, int& r0, const wchar_t* a1,
-                                       const wchar_t* a2, const wchar_t* a5, int& unused2);
+// Writes the arguments into the records named in them: A000 the number,
+// A001, A002 and A005 the texts, R000 the switch ("ON"/"OFF"), R001 the server
+// and both R005 and R008 the database folder; texts are cut to fit their
+// record. unused_text and unused_number are not used. Whenever "MIRSELIN.CNI"
+// opens it is replaced by the work file, even when that could not be created:
+// the process file is then gone.
+KORVALEN_API void ActualizaMirselinCNI(int& number_a000, const wchar_t* server_r001,
+                                       const wchar_t* database_folder_r005_r008,
+                                       const wchar_t* unused_text, int& switch_r000,
+                                       const wchar_t* text_a001, const wchar_t* text_a002,
+                                       const wchar_t* text_a005, int& unused_number);

@@ -4,9 +4,13 @@
 #include <initializer_list>
 
 #include "korvalen/config/config_reader.h"
-#include "korvalen/config/record_walk.h"
+#include "korvalen/config/internal/record_walk.h"
 #include "korvalen/foundation/file_names.h"
-#include "korvalen/foundation/primitives.h"
+#include "korvalen/foundation/file_system.h"
+#include "korvalen/foundation/formatted_output.h"
+#include "korvalen/foundation/number_functions.h"
+#include "korvalen/foundation/streams.h"
+#include "korvalen/foundation/string_functions.h"
 
 namespace {
 
@@ -200,10 +204,11 @@ void EscribirPequeno(int first_value, const wchar_t* box_file, int second_value)
   std::fclose(f);
 }
 
-void DameVersionYServicePack(int& out1, int& out2, int& out3, int& out4, int& out5, int& out6,
-                             int& out7) {
-  out2 = 0;
-  out3 = 0;
+void DameVersionYServicePack(int& version, int& sub_version, int& service_pack,
+                             int& second_sub_version, int& second_service_pack,
+                             int& third_sub_version, int& third_service_pack) {
+  sub_version = 0;
+  service_pack = 0;
   if (Access(kVersionFile, 0) != 0) return;
   FILE* f = fOpen(kVersionFile, L"rt");
   if (f == nullptr) return;
@@ -214,11 +219,11 @@ void DameVersionYServicePack(int& out1, int& out2, int& out3, int& out4, int& ou
     value = aToi(line);
   }
   std::fclose(f);
-  out1 = l[0] / 100;
-  out2 = (l[0] % 100) / 10;
-  out3 = l[1];
-  out4 = (l[2] % 100) / 10;
-  out5 = l[3];
-  out6 = (l[4] % 100) / 10;
-  out7 = l[5];
+  version = l[0] / 100;
+  sub_version = (l[0] % 100) / 10;
+  service_pack = l[1];
+  second_sub_version = (l[2] % 100) / 10;
+  second_service_pack = l[3];
+  third_sub_version = (l[4] % 100) / 10;
+  third_service_pack = l[5];
 }

@@ -46,9 +46,12 @@ KORVALEN_API void LeerPequeno(int& first_value, wchar_t* box_file, int& second_v
 // Writes "A000 %d ;", "A001 \"%s\" ;" and "A002 %d ;".
 KORVALEN_API void EscribirPequeno(int first_value, const wchar_t* box_file, int second_value);
 
-// From the six lines l1..l6 of "SERVPACK.DTS": out1 = l1 / 100,
-// out2 = (l1 % 100) / 10, out3 = l2, out4 = (l3 % 100) / 10, out5 = l4,
-// out6 = (l5 % 100) / 10, out7 = l6 (the units digits are dropped; a missing
-// line reads 0). out2 and out3 are 0 and the others unchanged without the file.
-KORVALEN_API void DameVersionYServicePack(int& out1, int& out2, int& out3, int& out4, int& out5,
-                                          int& out6, int& out7);
+// The versions in the six lines l1..l6 of "SERVPACK.DTS" (a missing line reads
+// 0): version = l1 / 100, sub_version = (l1 % 100) / 10, service_pack = l2,
+// then the same for l3 and l4 (second_*) and for l5 and l6 (third_*); only the
+// tens digit of l3 and l5 counts, and the units digits are dropped ("312" is
+// version 3.1). Without the file sub_version and service_pack become 0 and
+// the others stay as they were.
+KORVALEN_API void DameVersionYServicePack(int& version, int& sub_version, int& service_pack,
+                                          int& second_sub_version, int& second_service_pack,
+                                          int& third_sub_version, int& third_service_pack);

@@ -13,7 +13,7 @@
 #include <vector>
 
 #include "guarded_buffer.h"
-#include "korvalen/foundation/primitives.h"
+#include "korvalen/foundation/streams.h"
 #include "temp_dir_test.h"
 
 namespace {

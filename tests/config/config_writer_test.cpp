@@ -12,7 +12,7 @@
 
 #include "guarded_buffer.h"
 #include "korvalen/config/config_reader.h"
-#include "korvalen/foundation/primitives.h"
+#include "korvalen/foundation/streams.h"
 #include "temp_dir_test.h"
 
 namespace {

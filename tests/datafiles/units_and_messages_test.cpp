@@ -9,7 +9,7 @@
 #include <map>
 #include <string>
 
-#include "korvalen/datafiles/message_resources.h"
+#include "korvalen/datafiles/internal/message_resources.h"
 #include "temp_dir_test.h"
 
 namespace {

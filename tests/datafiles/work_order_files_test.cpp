@@ -10,7 +10,7 @@
 #include <string>
 #include <vector>
 
-#include "korvalen/datafiles/message_resources.h"
+#include "korvalen/datafiles/internal/message_resources.h"
 #include "state_file_support.h"
 #include "temp_dir_test.h"
 

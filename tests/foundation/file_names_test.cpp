@@ -13,8 +13,9 @@
 #include <vector>
 
 #include "guarded_text.h"
-#include "korvalen/foundation/primitives.h"
-#include "korvalen/foundation/typed_list.h"
+#include "korvalen/foundation/file_system.h"
+#include "korvalen/foundation/internal/typed_list.h"
+#include "korvalen/foundation/string_functions.h"
 #include "temp_dir_test.h"
 
 namespace {

@@ -7,7 +7,11 @@
 #include <vector>
 
 #include "guarded_text.h"
-#include "korvalen/foundation/primitives.h"
+#include "korvalen/foundation/clock_functions.h"
+#include "korvalen/foundation/file_system.h"
+#include "korvalen/foundation/formatted_output.h"
+#include "korvalen/foundation/path_functions.h"
+#include "korvalen/foundation/streams.h"
 #include "temp_dir_test.h"
 
 namespace {

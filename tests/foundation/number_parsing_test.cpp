@@ -11,7 +11,7 @@
 #include <string>
 #include <vector>
 
-#include "korvalen/foundation/primitives.h"
+#include "korvalen/foundation/number_functions.h"
 
 namespace {
 

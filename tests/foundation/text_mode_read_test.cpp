@@ -8,7 +8,7 @@
 #include <string>
 #include <vector>
 
-#include "korvalen/foundation/primitives.h"
+#include "korvalen/foundation/streams.h"
 #include "temp_dir_test.h"
 
 namespace {

@@ -8,7 +8,11 @@
 #include <tuple>
 #include <utility>
 
-#include "korvalen/foundation/primitives.h"
+#include "korvalen/foundation/formatted_output.h"
+#include "korvalen/foundation/number_functions.h"
+#include "korvalen/foundation/string_functions.h"
+#include "korvalen/foundation/string_resources.h"
+#include "korvalen/foundation/text_conversion.h"
 
 namespace {
 

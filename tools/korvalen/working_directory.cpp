@@ -3,7 +3,7 @@
 #include <cstdio>
 
 #include "command_line.h"
-#include "korvalen/foundation/primitives.h"
+#include "korvalen/foundation/file_system.h"
 #include "text_output.h"
 
 namespace korvalen::tool {

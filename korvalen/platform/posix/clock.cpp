@@ -1,4 +1,4 @@
-#include "korvalen/platform/clock.h"
+#include "korvalen/platform/internal/clock.h"
 
 #include <clocale>
 #include <cwchar>

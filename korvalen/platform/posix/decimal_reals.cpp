@@ -1,5 +1,5 @@
 // The C libraries of the POSIX systems round decimal texts correctly.
-#include "korvalen/platform/decimal_reals.h"
+#include "korvalen/platform/internal/decimal_reals.h"
 
 namespace korvalen::platform {
 

@@ -1,4 +1,4 @@
-#include "korvalen/platform/directories.h"
+#include "korvalen/platform/internal/directories.h"
 
 #include <sys/stat.h>
 #include <unistd.h>

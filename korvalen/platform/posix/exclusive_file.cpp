@@ -1,5 +1,5 @@
 // Exclusive files over POSIX: an flock on the open file, and O_EXCL creation.
-#include "korvalen/platform/exclusive_file.h"
+#include "korvalen/platform/internal/exclusive_file.h"
 
 #include <fcntl.h>
 #include <sys/file.h>

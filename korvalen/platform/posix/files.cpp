@@ -1,5 +1,5 @@
 // The C runtime's file calls with Windows semantics over POSIX.
-#include "korvalen/platform/files.h"
+#include "korvalen/platform/internal/files.h"
 
 #include <dirent.h>
 #include <fcntl.h>

@@ -8,7 +8,7 @@
 // goes to swprintf with its own argument. As on Windows, a conversion letter it
 // does not know is printed as it stands. "%n" never writes through its pointer:
 // the walk takes the argument and prints nothing.
-#include "korvalen/platform/format.h"
+#include "korvalen/platform/internal/format.h"
 
 #include <climits>
 #include <cstdint>
@@ -17,7 +17,7 @@
 #include <string>
 #include <string_view>
 
-#include "korvalen/platform/text_codec.h"
+#include "korvalen/platform/internal/text_codec.h"
 
 namespace korvalen::platform {
 namespace {

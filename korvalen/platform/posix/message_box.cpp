@@ -1,6 +1,6 @@
 // Message boxes without a windowing system: one "caption: text" entry on
 // standard error.
-#include "korvalen/platform/message_box.h"
+#include "korvalen/platform/internal/message_box.h"
 
 #include <cstdio>
 #include <string>

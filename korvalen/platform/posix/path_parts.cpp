@@ -1,6 +1,6 @@
 // _wmakepath and _wsplitpath as the Windows runtime does them, both separators
 // accepted and each part cut at the runtime's limits.
-#include "korvalen/platform/path_parts.h"
+#include "korvalen/platform/internal/path_parts.h"
 
 #include <cwchar>
 

@@ -1,7 +1,7 @@
 // The GNU C library's FILE is public: the pending input lies between its read
 // pointer and read end, which is what its own getc macro reads. Other C
 // libraries give nothing, and readers go through stdio.
-#include "korvalen/platform/stream_buffer.h"
+#include "korvalen/platform/internal/stream_buffer.h"
 
 #include <stdio.h>
 

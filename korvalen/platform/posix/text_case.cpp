@@ -1,6 +1,6 @@
 // ASCII letters fold, as in the Windows runtime's "C" locale; other characters
 // compare as they are, so the result does not depend on the process locale.
-#include "korvalen/platform/text_case.h"
+#include "korvalen/platform/internal/text_case.h"
 
 namespace korvalen::platform {
 

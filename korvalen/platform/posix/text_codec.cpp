@@ -2,14 +2,14 @@
 // undefined map to the C1 controls of the same value, as Windows maps them.
 // Wide to 8-bit also takes the best-fit look-alikes that Windows writes for
 // characters 1252 cannot hold, so that both systems write the same bytes.
-#include "korvalen/platform/text_codec.h"
+#include "korvalen/platform/internal/text_codec.h"
 
 #include <algorithm>
 #include <cstdint>
 #include <cstring>
 #include <iterator>
 
-#include "korvalen/platform/line_input.h"
+#include "korvalen/platform/internal/line_conversion.h"
 #include "korvalen/platform/posix/best_fit_1252.h"
 
 namespace korvalen::platform {

@@ -1,5 +1,5 @@
 // The running process over POSIX.
-#include "korvalen/platform/this_process.h"
+#include "korvalen/platform/internal/this_process.h"
 
 #include <sched.h>
 #include <unistd.h>

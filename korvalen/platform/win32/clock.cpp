@@ -1,9 +1,10 @@
-#include "korvalen/platform/clock.h"
+#include "korvalen/platform/internal/clock.h"
+
+#include <time.h>
+#include <wchar.h>
 
 #include <clocale>
 #include <cwchar>
-#include <time.h>
-#include <wchar.h>
 
 namespace korvalen::platform {
 namespace {

@@ -1,4 +1,4 @@
-#include "korvalen/platform/directories.h"
+#include "korvalen/platform/internal/directories.h"
 
 #include "korvalen/platform/windows_types.h"
 

@@ -1,5 +1,5 @@
 // Exclusive files over Win32: a handle opened without sharing, and CREATE_NEW.
-#include "korvalen/platform/exclusive_file.h"
+#include "korvalen/platform/internal/exclusive_file.h"
 
 #include <fcntl.h>
 #include <io.h>

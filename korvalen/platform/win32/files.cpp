@@ -1,5 +1,5 @@
 // The C runtime's wide file calls, as the suite has always used them.
-#include "korvalen/platform/files.h"
+#include "korvalen/platform/internal/files.h"
 
 #include <direct.h>
 #include <share.h>
@@ -48,7 +48,7 @@ int rename_file(const wchar_t* old_name, const wchar_t* new_name) {
 int replace_file(const wchar_t* work_name, const wchar_t* target) {
   if (work_name == nullptr || target == nullptr) return -1;
   return MoveFileExW(work_name, target, MOVEFILE_REPLACE_EXISTING | MOVEFILE_WRITE_THROUGH) ? 0
-                                                                                             : -1;
+                                                                                            : -1;
 }
 
 wchar_t* current_directory(wchar_t* buffer, int capacity) {

@@ -1,5 +1,5 @@
 // The Microsoft runtime's own wide printf, whose "%s" is wide in a wide format.
-#include "korvalen/platform/format.h"
+#include "korvalen/platform/internal/format.h"
 
 #include <locale.h>
 #include <stdio.h>

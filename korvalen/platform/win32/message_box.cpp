@@ -1,5 +1,5 @@
 // Message boxes over Win32.
-#include "korvalen/platform/message_box.h"
+#include "korvalen/platform/internal/message_box.h"
 
 #include <windows.h>
 

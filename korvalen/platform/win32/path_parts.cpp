@@ -1,4 +1,4 @@
-#include "korvalen/platform/path_parts.h"
+#include "korvalen/platform/internal/path_parts.h"
 
 #include <stdlib.h>
 
@@ -14,7 +14,8 @@ void make_path(wchar_t* path, const wchar_t* drive, const wchar_t* dir, const wc
 
 void split_path(const wchar_t* path, wchar_t* drive, wchar_t* dir, wchar_t* fname, wchar_t* ext) {
   wchar_t d[kMaxDrive], di[kMaxDir], f[kMaxFname], e[kMaxExt];
-  if (path == nullptr || _wsplitpath_s(path, d, kMaxDrive, di, kMaxDir, f, kMaxFname, e, kMaxExt) != 0) {
+  if (path == nullptr ||
+      _wsplitpath_s(path, d, kMaxDrive, di, kMaxDir, f, kMaxFname, e, kMaxExt) != 0) {
     d[0] = di[0] = f[0] = e[0] = 0;
   }
   if (drive != nullptr) wcscpy(drive, d);

@@ -1,6 +1,6 @@
 // The Universal C Runtime keeps its FILE private, so nothing is looked at in
 // place and readers go through stdio.
-#include "korvalen/platform/stream_buffer.h"
+#include "korvalen/platform/internal/stream_buffer.h"
 
 #include <stdio.h>
 

@@ -1,4 +1,4 @@
-#include "korvalen/platform/text_case.h"
+#include "korvalen/platform/internal/text_case.h"
 
 #include <cwctype>
 

@@ -1,12 +1,12 @@
 // The system ANSI code page, through the Win32 conversion calls with no flags:
 // the default character for what the code page cannot hold is the zero byte.
-#include "korvalen/platform/text_codec.h"
+#include "korvalen/platform/internal/text_codec.h"
 
 #include <climits>
 #include <cstring>
 #include <cwchar>
 
-#include "korvalen/platform/line_input.h"
+#include "korvalen/platform/internal/line_conversion.h"
 #include "korvalen/platform/windows_types.h"
 
 namespace korvalen::platform {
@@ -24,41 +24,14 @@ char wide_char_to_ansi(wchar_t c) {
   return out;
 }
 
-namespace {
-
-// Converts src[0, bytes) and terminates: the whole text when it fits, else
-// the bytes that fit.
-int span_to_wide(const char* src, int bytes, wchar_t* dst, int capacity) {
-  const int needed = (bytes == 0 ? 0 : MultiByteToWideChar(CP_ACP, 0, src, bytes, nullptr, 0)) + 1;
-  if (capacity == 0 || dst == nullptr) return needed;
-  if (capacity < 0) capacity = needed;
-  if (needed <= capacity) {
-    if (bytes > 0) MultiByteToWideChar(CP_ACP, 0, src, bytes, dst, capacity);
-    dst[needed - 1] = 0;
-    return needed;
-  }
-  // Too long: convert the bytes that fit and terminate, so the result is cut
-  // rather than left unterminated.
-  int written = 0;
-  while (bytes > 0 && capacity > 1) {
-    written = MultiByteToWideChar(CP_ACP, 0, src, bytes, dst, capacity - 1);
-    if (written > 0) break;
-    bytes = bytes > capacity - 1 ? capacity - 1 : bytes - 1;
-  }
-  dst[written] = 0;
-  return 0;
-}
-
-}  // namespace
-
 int ansi_to_wide(const char* src, wchar_t* dst, int capacity) {
   if (src == nullptr) src = "";
-  return span_to_wide(src, static_cast<int>(std::strlen(src)), dst, capacity);
-}
-
-int line_to_wide(const char* bytes, std::size_t length, wchar_t* dst, int capacity) {
-  if (length > INT_MAX - 1) length = INT_MAX - 1;
-  return span_to_wide(bytes, static_cast<int>(length), dst, capacity);
+  const std::size_t length = std::strlen(src);
+  if (capacity == 0 || dst == nullptr) {
+    const int bytes = length > INT_MAX - 1 ? INT_MAX - 1 : static_cast<int>(length);
+    return (bytes == 0 ? 0 : MultiByteToWideChar(CP_ACP, 0, src, bytes, nullptr, 0)) + 1;
+  }
+  return line_to_wide(src, length, dst, capacity);
 }
 
 int wide_to_ansi(const wchar_t* src, char* dst, int capacity) {

@@ -1,5 +1,5 @@
 // The running process over Win32.
-#include "korvalen/platform/this_process.h"
+#include "korvalen/platform/internal/this_process.h"
 
 #include <windows.h>
 

@@ -2,7 +2,7 @@
 // the library converts 8-bit text with.
 #include "../command_line.h"
 
-#include "korvalen/foundation/primitives.h"
+#include "korvalen/foundation/text_conversion.h"
 
 namespace korvalen::tool {
 

@@ -1,6 +1,6 @@
-// The AgjVnt list: appending, exact-name lookups that find the first of equal
+// The named-entry list: appending, exact-name lookups that find the first of equal
 // names, removal, and names and texts cut to their 40 characters.
-#include "korvalen/datafiles/agjvnt_list.h"
+#include "korvalen/datafiles/named_entry_list.h"
 
 #include <gtest/gtest.h>
 

@@ -1,7 +1,7 @@
-// The conversion of a line read from a settings file, whose length the
-// reader already knows, from the ANSI code page to wide text. It gives what
-// ansi_to_wide gives for the same text, without scanning the bytes once more
-// for their end where the system conversion allows it.
+// Converting a line of a settings file, whose length the reader already
+// knows, from the ANSI code page to wide text. It gives what ansi_to_wide
+// gives for the same text, without scanning the bytes once more for their
+// end; settings readers convert every line they read this way.
 //
 //   const std::size_t length = line_end - bytes;  // known from reading
 //   line_to_wide(bytes, length, out, capacity);

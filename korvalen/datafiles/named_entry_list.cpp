@@ -1,7 +1,7 @@
-#include "korvalen/datafiles/agjvnt_list.h"
+#include "korvalen/datafiles/named_entry_list.h"
 
-#include "korvalen/foundation/primitives.h"
-#include "korvalen/foundation/typed_list.h"
+#include "korvalen/foundation/internal/typed_list.h"
+#include "korvalen/foundation/string_functions.h"
 
 namespace {
 
@@ -36,12 +36,13 @@ void MeterEltoAgjVnt(const wchar_t* name, const wchar_t* text, TRegAgjVnt*& firs
   MeterEltoXYAgjVnt(0, 0, 0, name, text, 0.0, 0.0, first, last);
 }
 
-void MeterEltoXYAgjVnt(int i1, int i2, int i3, const wchar_t* name, const wchar_t* text, double x,
-                       double y, TRegAgjVnt*& first, TRegAgjVnt*& last) {
+void MeterEltoXYAgjVnt(int first_integer, int second_integer, int third_integer,
+                       const wchar_t* name, const wchar_t* text, double x, double y,
+                       TRegAgjVnt*& first, TRegAgjVnt*& last) {
   TRegAgjVnt node{};
-  node.first_integer = i1;
-  node.second_integer = i2;
-  node.third_integer = i3;
+  node.first_integer = first_integer;
+  node.second_integer = second_integer;
+  node.third_integer = third_integer;
   CopyCut(node.name, name);
   CopyCut(node.text, text);
   node.x = x;

@@ -14,7 +14,7 @@
 #include <cstdio>
 
 #include "korvalen/config/config_reader.h"
-#include "korvalen/foundation/primitives.h"
+#include "korvalen/foundation/streams.h"
 
 namespace korvalen::detail {
 

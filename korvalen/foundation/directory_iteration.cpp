@@ -1,7 +1,8 @@
-#include "korvalen/diagnostics/directory_iteration.h"
+#include "korvalen/foundation/directory_iteration.h"
 
-#include "korvalen/foundation/primitives.h"
-#include "korvalen/platform/files.h"
+#include "korvalen/foundation/file_system.h"
+#include "korvalen/foundation/string_functions.h"
+#include "korvalen/platform/internal/files.h"
 
 namespace {
 

@@ -1,10 +1,10 @@
-#include "korvalen/foundation/number_formatting.h"
+#include "korvalen/foundation/internal/number_formatting.h"
 
 #include <cmath>
 #include <cstdarg>
 #include <cstdint>
 
-#include "korvalen/platform/format.h"
+#include "korvalen/platform/internal/format.h"
 
 namespace korvalen::detail {
 namespace {

@@ -1,6 +1,6 @@
-#include "korvalen/datafiles/state_lines.h"
+#include "korvalen/datafiles/internal/state_lines.h"
 
-#include "korvalen/foundation/primitives.h"
+#include "korvalen/foundation/streams.h"
 
 namespace korvalen::detail {
 

@@ -1,5 +1,6 @@
-// The AgjVnt list: an in-memory record list of named entries, each with three
-// integers, a second text and a point, all the caller's to interpret. The
+// The named-entry list (records TRegAgjVnt, functions ...AgjVnt): an in-memory
+// record list of named entries, each with three integers, a second text and a
+// point, all the caller's to interpret. The
 // name (at most 40 characters, compared exactly) is the list's key; the list
 // allows duplicates and the lookups find the first.
 //
@@ -38,8 +39,8 @@ KORVALEN_API void DameEltoDeListaAgjVnt(const wchar_t* name, TRegAgjVnt* list, T
 // with the integers 0 and the point (0, 0). No duplicate check.
 KORVALEN_API void MeterEltoAgjVnt(const wchar_t* name, const wchar_t* text, TRegAgjVnt*& first,
                                   TRegAgjVnt*& last);
-KORVALEN_API void MeterEltoXYAgjVnt(int i1, int i2, int i3, const wchar_t* name,
-                                    const wchar_t* text, double x, double y, TRegAgjVnt*& first,
-                                    TRegAgjVnt*& last);
+KORVALEN_API void MeterEltoXYAgjVnt(int first_integer, int second_integer, int third_integer,
+                                    const wchar_t* name, const wchar_t* text, double x, double y,
+                                    TRegAgjVnt*& first, TRegAgjVnt*& last);
 // Unlinks and frees the first node named name, if there is one.
 KORVALEN_API void QuitarEltoAgjVnt(const wchar_t* name, TRegAgjVnt*& first, TRegAgjVnt*& last);

@@ -1,11 +1,11 @@
-#include "korvalen/foundation/number_parsing.h"
+#include "korvalen/foundation/internal/number_parsing.h"
 
 #include <cfloat>
 #include <cstdint>
 #include <cstdlib>
 #include <cwchar>
 
-#include "korvalen/platform/decimal_reals.h"
+#include "korvalen/platform/internal/decimal_reals.h"
 
 namespace korvalen::detail {
 namespace {

@@ -1,6 +1,6 @@
 // Walking a folder's files or subfolders with a TDtsFile: what is found, what
 // is skipped, and the handle once a search has run out.
-#include "korvalen/diagnostics/directory_iteration.h"
+#include "korvalen/foundation/directory_iteration.h"
 
 #include <gtest/gtest.h>
 

@@ -1,11 +1,11 @@
 // Windows-1252 lines of known length. Settings files are nearly all ASCII, so
 // on x86 blocks of 16 ASCII bytes are widened in vector registers without the
 // table; elsewhere every byte takes the table's path.
-#include "korvalen/platform/line_input.h"
+#include "korvalen/platform/internal/line_conversion.h"
 
 #include <cstdint>
 
-#include "korvalen/platform/text_codec.h"
+#include "korvalen/platform/internal/text_codec.h"
 
 #if defined(__SSE2__)
 #include <emmintrin.h>
