@@ -6,6 +6,7 @@
 #include <cwchar>
 #include <string_view>
 
+#include "korvalen/config/internal/cursor.h"
 #include "korvalen/foundation/internal/number_parsing.h"
 #include "korvalen/foundation/string_functions.h"
 #include "korvalen/platform/internal/line_conversion.h"
@@ -13,6 +14,8 @@
 #include "korvalen/platform/internal/text_codec.h"
 
 namespace {
+
+using korvalen::detail::cursor_start;
 
 constexpr wchar_t kBlank = L' ';
 constexpr wchar_t kQuote = L'"';
@@ -27,8 +30,6 @@ constexpr int kLineWorkBytes = 2048;
 constexpr int kWordChars = 80;
 // A first read this small keeps the usual short record cheap.
 constexpr int kFirstPieceBytes = 128;
-
-int Start(int cursor) { return cursor < 0 ? 0 : cursor; }
 
 int Past(int position) { return position == INT_MAX ? position : position + 1; }
 
@@ -191,7 +192,7 @@ void CopyWord(const wchar_t* line, Word w, wchar_t* out, int capacity) {
 }
 
 Word NextWord(const wchar_t* line, int& cursor, wchar_t separator) {
-  const int start = Start(cursor);
+  const int start = cursor_start(cursor);
   const Word w = FindWord(line, start, Readable(line, start), separator);
   cursor = w.end;
   return w;
@@ -229,7 +230,7 @@ void ReadQuotedRest(const wchar_t* line, int i, bool readable, int& cursor, wcha
 
 void ReadString(const wchar_t* line, int& cursor, wchar_t separator, wchar_t* text) {
   if (text == nullptr) return;
-  int i = Start(cursor);
+  int i = cursor_start(cursor);
   if (!Readable(line, i)) {
     text[0] = 0;
     cursor = i;
@@ -296,7 +297,7 @@ double RealInPlace(const wchar_t* word, const wchar_t** end) {
 
 int IntegerField(const wchar_t* line, int& cursor, wchar_t separator) {
   if (separator == kBlank) {
-    const int start = Start(cursor);
+    const int start = cursor_start(cursor);
     return BlankInteger(line, start, Readable(line, start), cursor);
   }
   const Word w = NextWord(line, cursor, separator);
@@ -388,7 +389,7 @@ void LeerUnChar(const wchar_t* line, int& cursor, wchar_t& value) {
 
 void LeerUnTexto(const wchar_t* line, int& cursor, wchar_t* text) {
   if (text == nullptr) return;
-  int i = Start(cursor);
+  int i = cursor_start(cursor);
   bool quote = false;
   if (Readable(line, i)) {
     while (line[i] != 0 && line[i] != kQuote) ++i;
@@ -430,6 +431,6 @@ void LeerUnLong(const wchar_t* line, int& cursor, LONG& value) {
 }
 
 void LeerUnReal(const wchar_t* line, int& cursor, double& value) {
-  const int start = Start(cursor);
+  const int start = cursor_start(cursor);
   value = BlankNumber(line, start, Readable(line, start), cursor, RealInPlace, RealOf);
 }

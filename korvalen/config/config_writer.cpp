@@ -3,6 +3,8 @@
 #include <climits>
 #include <cwchar>
 
+#include "korvalen/config/internal/cursor.h"
+#include "korvalen/foundation/internal/arguments.h"
 #include "korvalen/foundation/internal/number_formatting.h"
 #include "korvalen/foundation/number_functions.h"
 #include "korvalen/foundation/streams.h"
@@ -14,6 +16,9 @@ void LimpiarCampoCfg(wchar_t* line, int& cursor);
 }  // namespace korvalen::detail
 
 namespace {
+
+using korvalen::detail::cursor_start;
+using korvalen::detail::or_empty;
 
 constexpr wchar_t kBlank = L' ';
 constexpr wchar_t kQuote = L'"';
@@ -36,16 +41,12 @@ int Length(const wchar_t* text) {
   return n > INT_MAX - 8 ? INT_MAX - 8 : static_cast<int>(n);
 }
 
-int Start(int cursor) { return cursor < 0 ? 0 : cursor; }
-
-const wchar_t* OrEmpty(const wchar_t* text) { return text == nullptr ? L"" : text; }
-
 void WriteWord(wchar_t* line, int& cursor, const wchar_t* text) {
   if (line == nullptr) return;
   const int n = Length(line);
   korvalen::detail::LimpiarCampoCfg(line, cursor);
   int i = cursor;
-  for (text = OrEmpty(text); i < n && *text != 0; ++i, ++text) line[i] = *text;
+  for (text = or_empty(text); i < n && *text != 0; ++i, ++text) line[i] = *text;
   cursor = i;
 }
 
@@ -55,7 +56,7 @@ void WriteQuoted(wchar_t* line, int n, int& cursor, const wchar_t* text) {
   int i = cursor;
   if (i >= n) return;
   line[i++] = kQuote;
-  for (text = OrEmpty(text); i < n && *text != 0; ++i, ++text) line[i] = *text;
+  for (text = or_empty(text); i < n && *text != 0; ++i, ++text) line[i] = *text;
   if (i >= n) i = n - 1;
   line[i++] = kQuote;
   cursor = i;
@@ -71,11 +72,11 @@ void WriteText(wchar_t* line, int& cursor, const wchar_t* text) {
 // cursor + length of text + 3: the length of the line once the quoted text
 // stands after the blank at the cursor.
 long long NeededLength(int cursor, const wchar_t* text) {
-  return static_cast<long long>(Start(cursor)) + Length(text) + 3;
+  return static_cast<long long>(cursor_start(cursor)) + Length(text) + 3;
 }
 
 wchar_t* Append(wchar_t* out, const wchar_t* text) {
-  for (text = OrEmpty(text); *text != 0; ++text) *out++ = *text;
+  for (text = or_empty(text); *text != 0; ++text) *out++ = *text;
   *out = 0;
   return out;
 }
@@ -103,7 +104,7 @@ namespace korvalen::detail {
 // over the blank that will separate the new value from what stands before.
 void LimpiarCampoCfg(wchar_t* line, int& cursor) {
   const int n = Length(line);
-  const int start = Start(cursor);
+  const int start = cursor_start(cursor);
   for (int i = start; i < n && line[i] != kTerminator; ++i) line[i] = kBlank;
   cursor = start == INT_MAX ? start : start + 1;
 }
@@ -126,7 +127,7 @@ void EscribirUnTextoForzado(wchar_t* line, int& cursor, const wchar_t* text) {
     return;
   }
   const int old_length = Length(line);
-  const int start = Start(cursor);
+  const int start = cursor_start(cursor);
   korvalen::detail::LimpiarCampoCfg(line, cursor);
   // The line now reaches past its old end: a cursor standing at (or after)
   // that end still gets its separating blank.
@@ -147,7 +148,7 @@ void EscribirUnTextoLargo(const wchar_t* source, wchar_t* destination, int& curs
   // The prefix passes through a buffer of 80 characters, so at most 79 of
   // them survive.
   wchar_t prefix[kPrefixChars];
-  const long long wanted = static_cast<long long>(Start(cursor)) + 1;
+  const long long wanted = static_cast<long long>(cursor_start(cursor)) + 1;
   int k = 0;
   for (; k < wanted && k < n && k < kPrefixChars - 1; ++k) prefix[k] = source[k];
   prefix[k] = 0;
@@ -188,7 +189,7 @@ void EscribirUnRealLargo(wchar_t* line, int& cursor, double& value) {
 void EscribirLineaEnFichero(FILE* file, const wchar_t* line) {
   if (file == nullptr) return;
   wchar_t work[kOutputLineChars];
-  line = OrEmpty(line);
+  line = or_empty(line);
   int n = 0;
   for (; n < kOutputLineChars - 2 && line[n] != 0; ++n) work[n] = line[n];
   work[n++] = L'\n';

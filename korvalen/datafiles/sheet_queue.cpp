@@ -7,9 +7,12 @@
 #include "korvalen/config/config_reader.h"
 #include "korvalen/datafiles/internal/state_lines.h"
 #include "korvalen/foundation/file_system.h"
+#include "korvalen/foundation/internal/arguments.h"
+#include "korvalen/foundation/internal/file_exists.h"
 #include "korvalen/foundation/internal/typed_list.h"
 #include "korvalen/foundation/streams.h"
 #include "korvalen/foundation/string_functions.h"
+#include "korvalen/platform/internal/directory_search.h"
 #include "korvalen/platform/internal/exclusive_file.h"
 #include "korvalen/platform/internal/files.h"
 #include "korvalen/platform/internal/this_process.h"
@@ -17,6 +20,8 @@
 namespace {
 
 namespace platform = korvalen::platform;
+using korvalen::detail::file_exists;
+using korvalen::detail::or_empty;
 using korvalen::detail::write_state_line;
 using Clock = std::chrono::steady_clock;
 
@@ -30,35 +35,24 @@ constexpr int kSheetChars = 40;
 // this long belongs to a program that died in the middle of a rewrite.
 constexpr auto kAbandoned = std::chrono::seconds(3);
 constexpr auto kGiveUp = std::chrono::seconds(10);
-constexpr auto kLastingFailure = std::chrono::milliseconds(500);
 constexpr unsigned kFirstPauseMicroseconds = 100;
 constexpr unsigned kLongestPauseMicroseconds = 5000;
-// Windows refuses to replace a queue that a reader has open, or to open one
-// that is being replaced; each lasts moments only.
-constexpr int kBusyAttempts = 200;
-constexpr unsigned kBusyPauseMicroseconds = 5000;
-
-const wchar_t* OrEmpty(const wchar_t* text) { return text != nullptr ? text : L""; }
-
-bool Exists(const wchar_t* name) { return Access(name, 0) == 0; }
 
 // What tells a live holder's work file from an abandoned one: a live rewrite
 // recreates and rewrites it, which changes its time or size.
 struct Stamp {
   long long written = 0;
-  std::uint32_t size = 0;
+  std::uint64_t size = 0;
   bool operator==(const Stamp&) const = default;
 };
 
 enum class Entry { kGone, kFile, kOther };
 
 Entry ReadStamp(const wchar_t* name, Stamp& stamp) {
-  _wfinddata64i32_t data;
-  const intptr_t handle = platform::find_first(name, &data);
-  if (handle == -1) return Entry::kGone;
-  platform::find_close(handle);
-  if ((data.attrib & _A_SUBDIR) != 0) return Entry::kOther;
-  stamp = Stamp{data.time_write, data.size};
+  platform::DirectoryEntry entry;
+  if (platform::entry_status(name, entry)) return Entry::kGone;
+  if (entry.is_directory()) return Entry::kOther;
+  stamp = Stamp{entry.written, entry.size};
   return Entry::kFile;
 }
 
@@ -68,40 +62,30 @@ Entry ReadStamp(const wchar_t* name, Stamp& stamp) {
 bool ClaimWorkFile() {
   const Clock::time_point start = Clock::now();
   Clock::time_point unchanged_since = start;
-  Clock::time_point failing_since = start;
-  bool failing = false;
   Stamp seen;
   bool have_seen = false;
   unsigned pause = kFirstPauseMicroseconds;
   for (;;) {
-    const platform::CreateResult created = platform::create_new_file(kWorkFile);
-    if (created == platform::CreateResult::kCreated) return true;
+    const std::error_code created = platform::create_new_file(kWorkFile);
+    if (!created) return true;
+    if (created != std::errc::file_exists) return false;
     const Clock::time_point now = Clock::now();
     if (now - start >= kGiveUp) return false;
-    if (created == platform::CreateResult::kFailed) {
-      // Windows refuses to create a name that another program is just
-      // renaming or deleting; only a refusal that lasts is final.
-      if (!failing) failing_since = now;
-      failing = true;
-      if (now - failing_since >= kLastingFailure) return false;
-    } else {
-      failing = false;
-      Stamp stamp;
-      const Entry entry = ReadStamp(kWorkFile, stamp);
-      if (entry == Entry::kOther) return false;  // a directory is no holder's work file
-      if (entry == Entry::kGone) {
-        have_seen = false;  // released meanwhile
-        continue;
-      }
-      if (!have_seen || !(stamp == seen)) {
-        seen = stamp;
-        have_seen = true;
-        unchanged_since = now;
-      } else if (now - unchanged_since >= kAbandoned) {
-        Remove(kWorkFile);
-        have_seen = false;
-        continue;
-      }
+    Stamp stamp;
+    const Entry entry = ReadStamp(kWorkFile, stamp);
+    if (entry == Entry::kOther) return false;  // a directory is no holder's work file
+    if (entry == Entry::kGone) {
+      have_seen = false;  // released meanwhile
+      continue;
+    }
+    if (!have_seen || !(stamp == seen)) {
+      seen = stamp;
+      have_seen = true;
+      unchanged_since = now;
+    } else if (now - unchanged_since >= kAbandoned) {
+      Remove(kWorkFile);
+      have_seen = false;
+      continue;
     }
     platform::sleep_microseconds(pause);
     pause = pause * 2 < kLongestPauseMicroseconds ? pause * 2 : kLongestPauseMicroseconds;
@@ -113,25 +97,16 @@ bool ClaimWorkFile() {
 // take the queue's place, so the claim always ends here.
 void ReplaceQueue(FILE* work) {
   const bool written = std::ferror(work) == 0;
-  if (std::fclose(work) != 0 || !written) {
+  if (std::fclose(work) != 0 || !written || platform::replace_file(kWorkFile, kQueueFile)) {
     Remove(kWorkFile);
-    return;
   }
-  for (int attempt = 0; attempt < kBusyAttempts; ++attempt) {
-    if (platform::replace_file(kWorkFile, kQueueFile) == 0) return;
-    platform::sleep_microseconds(kBusyPauseMicroseconds);
-  }
-  Remove(kWorkFile);
 }
 
-// The queue for reading. Windows refuses to open a file for a moment while
-// another program replaces or scans it; giving up at once would wipe the queue.
+// The queue for reading, or null when there is none.
 FILE* OpenQueue() {
-  for (int attempt = 0;; ++attempt) {
-    if (FILE* queue = fOpen(kQueueFile, L"rt")) return queue;
-    if (attempt + 1 >= kBusyAttempts || !Exists(kQueueFile)) return nullptr;
-    platform::sleep_microseconds(kBusyPauseMicroseconds);
-  }
+  FILE* queue = nullptr;
+  platform::open_replaced_file(kQueueFile, L"rt", queue);
+  return queue;
 }
 
 FILE* OpenWorkFile() {
@@ -144,11 +119,11 @@ FILE* OpenWorkFile() {
 }  // namespace
 
 void AnadirFicheroRehacerChapas(const wchar_t* key, const wchar_t* sheet) {
-  key = OrEmpty(key);
-  sheet = OrEmpty(sheet);
+  key = or_empty(key);
+  sheet = or_empty(sheet);
   FILE* work = OpenWorkFile();
   if (work == nullptr) return;
-  if (Exists(kQueueFile)) {
+  if (file_exists(kQueueFile)) {
     if (FILE* queue = OpenQueue()) {
       wchar_t old_key[kKeyChars + 1];
       wchar_t old_sheet[kSheetChars + 1];
@@ -173,8 +148,8 @@ void AnadirFicheroRehacerChapas(const wchar_t* key, const wchar_t* sheet) {
 }
 
 void LeerFicheroRehacerChapas(const wchar_t* key, TRegListaNombre*& first, TRegListaNombre*& last) {
-  key = OrEmpty(key);
-  if (!Exists(kQueueFile)) return;
+  key = or_empty(key);
+  if (!file_exists(kQueueFile)) return;
   FILE* work = OpenWorkFile();
   if (work == nullptr) return;
   // A queue that does not open is still replaced by the (empty) work file.

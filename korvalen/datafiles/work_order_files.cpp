@@ -7,12 +7,17 @@
 #include "korvalen/datafiles/internal/message_resources.h"
 #include "korvalen/datafiles/internal/state_lines.h"
 #include "korvalen/foundation/file_system.h"
+#include "korvalen/foundation/internal/arguments.h"
+#include "korvalen/foundation/internal/file_exists.h"
 #include "korvalen/foundation/internal/typed_list.h"
 #include "korvalen/foundation/streams.h"
 #include "korvalen/foundation/string_functions.h"
 #include "korvalen/foundation/string_resources.h"
 
 namespace {
+
+using korvalen::detail::file_exists;
+using korvalen::detail::or_empty;
 
 constexpr const wchar_t* kPartListFile = L"LSPINOOF.SYS";
 constexpr const wchar_t* kPartsChangedFile = L"CHGPIEZA.SYS";
@@ -25,19 +30,15 @@ constexpr int kDirectoryChars = 256;
 constexpr int kLastOrders = 10;
 constexpr int kLastOrderChars = 81;
 
-bool Exists(const wchar_t* name) { return Access(name, 0) == 0; }
-
 void Clear(wchar_t* text) {
   if (text != nullptr) text[0] = 0;
 }
-
-const wchar_t* OrEmpty(const wchar_t* text) { return text != nullptr ? text : L""; }
 
 // Truncates the file and writes the lines, each followed by a line end.
 void WriteLines(const wchar_t* file_name, std::initializer_list<const wchar_t*> lines) {
   FILE* f = fOpen(file_name, L"wt");
   if (f == nullptr) return;
-  for (const wchar_t* line : lines) korvalen::detail::write_state_line(f, OrEmpty(line));
+  for (const wchar_t* line : lines) korvalen::detail::write_state_line(f, or_empty(line));
   std::fclose(f);
 }
 
@@ -60,7 +61,7 @@ bool ReadFirstLine(const wchar_t* file_name, wchar_t* out, int max) {
 void GenerarFicheroDeLstPieSinOF(const wchar_t* name) { WriteLines(kPartListFile, {name}); }
 
 void BorrarFicheroDeLstPieSinOF() {
-  if (Exists(kPartListFile)) Remove(kPartListFile);
+  if (file_exists(kPartListFile)) Remove(kPartListFile);
 }
 
 int DamePieDeLstPieSinOF(wchar_t* name) {
@@ -70,12 +71,12 @@ int DamePieDeLstPieSinOF(wchar_t* name) {
 // --- parts-changed marker ------------------------------------------------------------
 
 void CrearFicheroCambioPiezas() {
-  if (Exists(kPartsChangedFile)) return;
+  if (file_exists(kPartsChangedFile)) return;
   if (FILE* f = fOpen(kPartsChangedFile, L"wt")) std::fclose(f);
 }
 
 int ExisteFicheroCambioPiezas() {
-  if (!Exists(kPartsChangedFile)) return 0;
+  if (!file_exists(kPartsChangedFile)) return 0;
   Remove(kPartsChangedFile);
   return 1;
 }
@@ -83,7 +84,7 @@ int ExisteFicheroCambioPiezas() {
 // --- last work orders ------------------------------------------------------------------
 
 void GenerarFicheroUltimasOFs(const wchar_t* file_name, TRegListaNombre* list) {
-  FILE* f = fOpen(OrEmpty(file_name), L"wt");
+  FILE* f = fOpen(or_empty(file_name), L"wt");
   if (f == nullptr) return;
   const TRegListaNombre* node = list;
   for (int i = 0; i < kLastOrders; ++i) {
@@ -97,7 +98,7 @@ void LeerFicheroUltimasOFs(const wchar_t* file_name, TRegListaNombre*& first,
                            TRegListaNombre*& last) {
   first = nullptr;
   last = nullptr;
-  FILE* f = fOpen(OrEmpty(file_name), L"rt");
+  FILE* f = fOpen(or_empty(file_name), L"rt");
   if (f == nullptr) GenerarFicheroUltimasOFs(kDefaultLastOrdersFile, nullptr);
   for (int i = 0; i < kLastOrders; ++i) {
     TRegListaNombre node{};

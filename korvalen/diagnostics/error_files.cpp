@@ -12,7 +12,7 @@
 #include "korvalen/foundation/path_functions.h"
 #include "korvalen/foundation/streams.h"
 #include "korvalen/foundation/string_functions.h"
-#include "korvalen/platform/internal/files.h"
+#include "korvalen/platform/internal/directory_search.h"
 
 using korvalen::kCfgLineChars;
 
@@ -131,12 +131,14 @@ void DameListaErrores(TRegError*& head, TRegError*& tail, int delete_files) {
   head = nullptr;
   tail = nullptr;
   TDtsFile search{};
-  search.handle = -1;
+  search.handle = korvalen::platform::kNoSearch;
   try {
     Gather(head, tail, search);
   } catch (...) {
     // What was gathered stays the caller's; the search must not stay open.
-    if (search.handle != -1) korvalen::platform::find_close(search.handle);
+    if (search.handle != korvalen::platform::kNoSearch) {
+      korvalen::platform::find_close(search.handle);
+    }
   }
   if (delete_files != 0) BorrarFicherosDeErrores(head);
 }

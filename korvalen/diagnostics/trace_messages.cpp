@@ -66,8 +66,10 @@ Value Real(double x, int decimals) {
   return v;
 }
 
+// A box that cannot be shown is a trace lost; the caller carries on.
 void Show(const wchar_t* text, const wchar_t* caption) {
-  platform::show_message_box(text, caption, platform::kMessageBoxOk);
+  int answer = 0;
+  (void)platform::show_message_box(text, caption, platform::kMessageBoxOk, answer);
 }
 
 void AppendToTrace(const wchar_t* file, const wchar_t* value, const wchar_t* name) {
@@ -88,7 +90,7 @@ void AppendToTrace(const wchar_t* file, const wchar_t* value, const wchar_t* nam
     EscribirLineaEnFichero(work, entry.c_str());
     std::fclose(work);
     // The new trace replaces the old one in one step.
-    if (platform::replace_file(kWorkFile, file) == 0) return;
+    if (!platform::replace_file(kWorkFile, file)) return;
   }
   // Without a work file of its own, the trace still gives way to whatever
   // "AUXCHIVA.DAT" holds, or is lost.

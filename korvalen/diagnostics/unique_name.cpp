@@ -54,9 +54,12 @@ using Deadline = std::chrono::steady_clock::time_point;
 FILE* HoldCounter(const wchar_t* counter_file, Deadline give_up) {
   unsigned wait = kFirstWaitMicros;
   for (;;) {
-    bool busy = false;
-    FILE* f = platform::open_exclusive(counter_file, &busy);
-    if (f != nullptr || !busy || std::chrono::steady_clock::now() >= give_up) return f;
+    FILE* f = nullptr;
+    const std::error_code error = platform::open_exclusive(counter_file, f);
+    if (error != std::errc::device_or_resource_busy ||
+        std::chrono::steady_clock::now() >= give_up) {
+      return f;
+    }
     platform::sleep_microseconds(wait / 2 + NextJitter() % (wait / 2 + 1));
     wait = wait * 2 < kLongestWaitMicros ? wait * 2 : kLongestWaitMicros;
   }
@@ -119,15 +122,12 @@ int NextName(const wchar_t* counter_file, const wchar_t* extension, wchar_t* bas
     sPrintf(candidate, L"%08ld", number);
     wchar_t path[kPathChars];
     MakePath(path, drive, folder, candidate, extension);
-    switch (platform::create_new_file(path)) {
-      case platform::CreateResult::kCreated:
-        StrCpy(base, candidate);
-        return 1;
-      case platform::CreateResult::kExists:
-        break;
-      case platform::CreateResult::kFailed:
-        return 0;
+    const std::error_code error = platform::create_new_file(path);
+    if (!error) {
+      StrCpy(base, candidate);
+      return 1;
     }
+    if (error != std::errc::file_exists) return 0;
   }
   return 0;
 }

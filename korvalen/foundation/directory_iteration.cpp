@@ -1,49 +1,51 @@
 #include "korvalen/foundation/directory_iteration.h"
 
-#include "korvalen/foundation/file_system.h"
 #include "korvalen/foundation/string_functions.h"
-#include "korvalen/platform/internal/files.h"
+#include "korvalen/platform/internal/directory_search.h"
 
 namespace {
 
-bool IsFolder(const _wfinddata64i32_t& data) { return (data.attrib & _A_SUBDIR) != 0; }
+namespace platform = korvalen::platform;
 
-bool IsFile(const _wfinddata64i32_t& data) { return !IsFolder(data); }
+bool IsFile(const platform::DirectoryEntry& entry) { return !entry.is_directory(); }
 
-bool IsSubfolder(const _wfinddata64i32_t& data) {
-  return IsFolder(data) && StrCmp(data.name, L".") != 0 && StrCmp(data.name, L"..") != 0;
+bool IsSubfolder(const platform::DirectoryEntry& entry) {
+  return entry.is_directory() && StrCmp(entry.name, L".") != 0 && StrCmp(entry.name, L"..") != 0;
 }
 
 void Close(TDtsFile& search) {
-  if (search.handle != -1) korvalen::platform::find_close(search.handle);
-  search.handle = -1;
+  if (search.handle != platform::kNoSearch) platform::find_close(search.handle);
+  search.handle = platform::kNoSearch;
 }
 
-// A search that fails on the way (no memory) ends like one that ran out.
-template <bool (*Wanted)(const _wfinddata64i32_t&)>
-int Next(TDtsFile& search) {
-  if (search.handle == -1) return 0;
-  try {
-    while (FindNext(search.handle, &search.data) == 0) {
-      if (Wanted(search.data)) return 1;
-    }
-  } catch (...) {
+// Takes entries until a wanted one; a search that fails on the way ends like
+// one that ran out.
+template <bool (*Wanted)(const platform::DirectoryEntry&)>
+int TakeWanted(TDtsFile& search, platform::DirectoryEntry& entry, std::error_code found) {
+  for (; !found; found = platform::find_next(search.handle, entry)) {
+    // The record holds the entry found last, wanted or not, as FindNext
+    // leaves it.
+    platform::to_find_data(entry, search.data);
+    if (Wanted(entry)) return 1;
   }
   Close(search);
   return 0;
 }
 
-template <bool (*Wanted)(const _wfinddata64i32_t&)>
+template <bool (*Wanted)(const platform::DirectoryEntry&)>
+int Next(TDtsFile& search) {
+  if (search.handle == platform::kNoSearch) return 0;
+  platform::DirectoryEntry entry;
+  return TakeWanted<Wanted>(search, entry, platform::find_next(search.handle, entry));
+}
+
+template <bool (*Wanted)(const platform::DirectoryEntry&)>
 int First(const wchar_t* pattern, TDtsFile& search) {
-  search.handle = -1;
-  try {
-    if (pattern != nullptr) search.handle = FindFirst(pattern, &search.data);
-  } catch (...) {
-    search.handle = -1;
-  }
-  if (search.handle == -1) return 0;
-  if (Wanted(search.data)) return 1;
-  return Next<Wanted>(search);
+  platform::DirectoryEntry entry;
+  platform::SearchHandle handle = platform::kNoSearch;
+  const std::error_code found = platform::find_first(pattern, handle, entry);
+  search.handle = handle;
+  return TakeWanted<Wanted>(search, entry, found);
 }
 
 }  // namespace

@@ -25,7 +25,7 @@ struct TDtsFile {
 };
 
 // Starts a search for the pattern (wildcards '*' and '?') and finds its first
-// file, skipping folders (attribute _A_SUBDIR). 1 when one was found; 0 when
+// file, skipping folders. 1 when one was found; 0 when
 // none, the search then closed and the handle -1.
 KORVALEN_API int DamePrimerFichero(const wchar_t* pattern, TDtsFile& search);
 // The next file of the search; 0 at the end, the search then closed and the

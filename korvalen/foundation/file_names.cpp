@@ -9,8 +9,9 @@
 #include "korvalen/foundation/internal/typed_list.h"
 #include "korvalen/foundation/streams.h"
 #include "korvalen/foundation/string_functions.h"
+#include "korvalen/platform/internal/bounded_copy.h"
 #include "korvalen/platform/internal/com_startup.h"
-#include "korvalen/platform/internal/directories.h"
+#include "korvalen/platform/internal/directory_search.h"
 #include "korvalen/platform/internal/files.h"
 
 using korvalen::kDirectoryChars;
@@ -26,16 +27,6 @@ constexpr int kProgramNameChars = 1024;
 constexpr const wchar_t* kDatabaseParts[] = {L"General", L"Nestings", L"Products"};
 
 std::wstring Text(const wchar_t* text) { return text != nullptr ? text : L""; }
-
-// Copies text into a buffer of capacity characters, cut to fit, terminated.
-void PutCut(wchar_t* out, int capacity, const std::wstring& text) {
-  if (out == nullptr || capacity <= 0) return;
-  const std::size_t n = text.size() < static_cast<std::size_t>(capacity - 1)
-                            ? text.size()
-                            : static_cast<std::size_t>(capacity - 1);
-  text.copy(out, n);
-  out[n] = 0;
-}
 
 void Clear(wchar_t* text) {
   if (text != nullptr) text[0] = 0;
@@ -67,17 +58,22 @@ struct Entry {
 // directory cannot be listed.
 bool ListEntries(const std::wstring& directory, std::vector<Entry>& entries) {
   entries.clear();
-  _wfinddata64i32_t data;
-  const intptr_t search = FindFirst(Join(directory, L"*").c_str(), &data);
-  if (search == -1) return false;
-  do {
-    const std::wstring name = data.name;
+  platform::SearchHandle search = platform::kNoSearch;
+  platform::DirectoryEntry found;
+  std::error_code error = platform::find_first(Join(directory, L"*").c_str(), search, found);
+  if (error) return false;
+  for (; !error; error = platform::find_next(search, found)) {
+    const std::wstring name = found.name;
     if (name == L"." || name == L"..") continue;
-    const bool link = platform::is_link(Join(directory, name).c_str());
-    entries.push_back({name, (data.attrib & _A_SUBDIR) != 0 && !link, link});
-  } while (FindNext(search, &data) == 0);
+    entries.push_back({name, found.is_directory() && !found.is_link(), found.is_link()});
+  }
   platform::find_close(search);
   return true;
+}
+
+bool IsLink(const std::wstring& name) {
+  platform::DirectoryEntry entry;
+  return !platform::entry_status(name.c_str(), entry) && entry.is_link();
 }
 
 void RemoveEntry(const std::wstring& directory, const Entry& entry) {
@@ -136,7 +132,7 @@ int EmptyDatabaseDirectory(const std::wstring& directory) {
   for (const wchar_t* part : kDatabaseParts) {
     const std::wstring part_path = Join(directory, part);
     // A link in place of a part is not followed; it goes with the files below.
-    if (platform::is_link(part_path.c_str()) || !ListEntries(part_path, entries)) continue;
+    if (IsLink(part_path) || !ListEntries(part_path, entries)) continue;
     ++found;
     for (const Entry& e : entries) {
       if (e.directory) {
@@ -174,7 +170,7 @@ void DameNombreCompleto(const wchar_t* directory, const wchar_t* name, const wch
     if (!full.empty() && full.back() != L'\\') full += L'\\';
     full += Text(name);
     full += Text(extension);
-    PutCut(result, kFullNameChars, full);
+    platform::copy_cut(result, kFullNameChars, full);
   } catch (...) {
     Clear(result);
   }
@@ -221,7 +217,7 @@ void DameOtroNombre(TRegListaParNombre* pairs, const wchar_t* name, wchar_t* res
       }
     }
     if (!matched && keep_if_missing != 0) other = Text(name);
-    PutCut(result, kNameListChars, other);
+    platform::copy_cut(result, kNameListChars, other);
   } catch (...) {
     Clear(result);
   }
@@ -245,7 +241,7 @@ void ModifNomDatos(const wchar_t* name, wchar_t* result, const wchar_t* base_dir
     }
     const std::wstring base = Text(base_directory);
     if (!base.empty()) mkDir(Join(base, bucket).c_str());
-    PutCut(result, kFullNameChars, Join(bucket, whole));
+    platform::copy_cut(result, kFullNameChars, Join(bucket, whole));
   } catch (...) {
     Clear(result);
   }
@@ -278,7 +274,7 @@ void DameDirectorioDeApp(wchar_t* result) {
   if (result == nullptr) return;
   Clear(result);
   wchar_t program[kProgramNameChars];
-  platform::executable_path(program, kProgramNameChars);
+  if (platform::executable_path(program, kProgramNameChars)) return;
   int end = StrLen(program);
   while (end > 0 && !IsSeparator(program[end - 1])) --end;
   if (end == 0 || end >= kDirectoryChars) return;

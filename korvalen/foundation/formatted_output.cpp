@@ -16,10 +16,17 @@ namespace platform = korvalen::platform;
 
 namespace {
 
+// The length of the formatted text, or -1 when it did not fit or could not be
+// formatted, as the runtime's printf functions report it.
+int format_into(wchar_t* buffer, std::size_t capacity, const wchar_t* format, va_list args) {
+  int length = 0;
+  return platform::format_wide(buffer, capacity, format, args, length) ? -1 : length;
+}
+
 // Formats and writes, the common body of both fPrintf overloads.
 int print_to(FILE* stream, const wchar_t* format, va_list args) {
   wchar_t text[kWorkChars];
-  const int length = platform::format_wide(text, kWorkChars, format, args);
+  const int length = format_into(text, kWorkChars, format, args);
   if (length < 1) return length;
   char bytes[kLineBytes];
   platform::wide_to_ansi(text, bytes, kLineBytes);
@@ -34,7 +41,7 @@ int print_unbounded(wchar_t* buffer, const wchar_t* format, va_list args) {
   wchar_t small[kWorkChars];
   va_list copy;
   va_copy(copy, args);
-  int length = platform::format_wide(small, kWorkChars, format, copy);
+  int length = format_into(small, kWorkChars, format, copy);
   va_end(copy);
   if (length >= 0) {
     std::memcpy(buffer, small, (static_cast<std::size_t>(length) + 1) * sizeof(wchar_t));
@@ -44,7 +51,7 @@ int print_unbounded(wchar_t* buffer, const wchar_t* format, va_list args) {
     std::unique_ptr<wchar_t[]> big(new (std::nothrow) wchar_t[capacity]);
     if (!big) break;
     va_copy(copy, args);
-    length = platform::format_wide(big.get(), capacity, format, copy);
+    length = format_into(big.get(), capacity, format, copy);
     va_end(copy);
     if (length >= 0) {
       std::memcpy(buffer, big.get(), (static_cast<std::size_t>(length) + 1) * sizeof(wchar_t));

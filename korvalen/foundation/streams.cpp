@@ -1,6 +1,7 @@
 #include "korvalen/foundation/streams.h"
 
 #include "korvalen/foundation/internal/arguments.h"
+#include "korvalen/platform/internal/error.h"
 #include "korvalen/platform/internal/files.h"
 #include "korvalen/platform/internal/text_codec.h"
 
@@ -9,10 +10,18 @@ using korvalen::detail::kWorkChars;
 using korvalen::detail::WideArg;
 namespace platform = korvalen::platform;
 
-FILE* fOpen(const wchar_t* name, const wchar_t* mode) {
-  int error = 0;
-  return platform::open_file(name, mode, -1, &error);
+namespace {
+
+// The stream, or null with errno set as the runtime sets it.
+FILE* open_stream(const wchar_t* name, const wchar_t* mode, int share_flag) {
+  FILE* file = nullptr;
+  korvalen::platform::to_runtime_result(platform::open_file(name, mode, share_flag, file));
+  return file;
 }
+
+}  // namespace
+
+FILE* fOpen(const wchar_t* name, const wchar_t* mode) { return open_stream(name, mode, -1); }
 FILE* fOpen(const char* name, const wchar_t* mode) { return fOpen(WideArg(name).get(), mode); }
 FILE* fOpen(const wchar_t* name, const char* mode) { return fOpen(name, WideArg(mode).get()); }
 FILE* fOpen(const char* name, const char* mode) {
@@ -20,8 +29,7 @@ FILE* fOpen(const char* name, const char* mode) {
 }
 
 FILE* fsOpen(const wchar_t* name, const wchar_t* mode, int share_flag) {
-  int error = 0;
-  return platform::open_file(name, mode, share_flag, &error);
+  return open_stream(name, mode, share_flag);
 }
 FILE* fsOpen(const char* name, const wchar_t* mode, int share_flag) {
   return fsOpen(WideArg(name).get(), mode, share_flag);

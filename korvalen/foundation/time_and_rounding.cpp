@@ -46,11 +46,13 @@ double TruncToDouble(double x) {
 // no calendar time.
 long long CalendarSeconds(const std::tm& time) {
   std::tm copy = time;
-  return platform::make_time(&copy);
+  long long seconds = -1;
+  return platform::make_time(copy, seconds) ? -1 : seconds;
 }
 
+// Leaves the result as it was for a time the runtime refuses.
 void PutLocalTime(long long seconds, std::tm& result) {
-  if (const std::tm* local = platform::local_time(seconds)) result = *local;
+  (void)platform::local_time(seconds, result);
 }
 
 void ClearText(wchar_t* text) {
@@ -68,9 +70,7 @@ LONG Truncl(double x) { return static_cast<LONG>(Trunc(x)); }
 
 // --- clock times --------------------------------------------------------------
 
-void DameTiempo(std::tm& time) {
-  if (const std::tm* local = platform::local_time(platform::now())) time = *local;
-}
+void DameTiempo(std::tm& time) { PutLocalTime(platform::now(), time); }
 
 void InicializarTiempo(std::tm& time) {
   time = std::tm{};
@@ -125,9 +125,10 @@ void DameTextoTiempo(wchar_t* text, double seconds) {
 void DameFechaActual(wchar_t* text) {
   if (text == nullptr) return;
   ClearText(text);
-  if (const std::tm* local = platform::local_time(platform::now())) {
-    std::swprintf(text, korvalen::kStoredDateChars, L"%04d%02d%02d", local->tm_year + 1900,
-                  local->tm_mon + 1, local->tm_mday);
+  std::tm local;
+  if (!platform::local_time(platform::now(), local)) {
+    std::swprintf(text, korvalen::kStoredDateChars, L"%04d%02d%02d", local.tm_year + 1900,
+                  local.tm_mon + 1, local.tm_mday);
   }
 }
 
@@ -147,9 +148,8 @@ void CadenaAFecha(const wchar_t* stored, wchar_t* shown) {
   // The C library's date formatting indexes month names by the month and
   // refuses (or worse) fields out of their ranges.
   if (y < 0 || y > 9999 || m < 1 || m > 12 || d < 1 || d > 31) return;
-  const std::tm* base = platform::utc_time(platform::now());
-  if (base == nullptr) return;
-  std::tm date = *base;
+  std::tm date;
+  if (platform::utc_time(platform::now(), date)) return;
   date.tm_year = y - 1900;
   date.tm_mon = m - 1;
   date.tm_mday = d;

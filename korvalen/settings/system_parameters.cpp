@@ -27,49 +27,8 @@ void SetText(wchar_t* out, const wchar_t* text) {
   if (out != nullptr) StrCpy(out, text);
 }
 
-enum class Section {
-  kNone,
-  kLanguage,
-  kCompany,
-  kProjectTitle,
-  kWosTitle,
-  kServerName,
-  kDatabaseFilesDir,
-  kSharedServerDir,
-  kInternationalUnits,
-  kDatabaseBackup,
-  kStyle,
-  kCodePage,
-};
-
-struct Header {
-  const wchar_t* text;
-  Section section;
-};
-
-constexpr Header kHeaders[] = {
-    {L"[Language]", Section::kLanguage},
-    {L"[Company]", Section::kCompany},
-    {L"[Project title]", Section::kProjectTitle},
-    {L"[WOS title]", Section::kWosTitle},
-    {L"[Server name]", Section::kServerName},
-    {L"[Database files directory]", Section::kDatabaseFilesDir},
-    {L"[Shared server directory]", Section::kSharedServerDir},
-    {L"[International units]", Section::kInternationalUnits},
-    {L"[Database file backup]", Section::kDatabaseBackup},
-    {L"[Style]", Section::kStyle},
-    {L"[System CodePage]", Section::kCodePage},
-};
-
 // The double-byte code pages: Japanese, simplified Chinese, Korean, traditional Chinese.
 constexpr const wchar_t* kDoubleByteCodePages[] = {L"932", L"936", L"949", L"950"};
-
-Section SectionOf(const wchar_t* line) {
-  for (const Header& h : kHeaders) {
-    if (StriCmp(line, h.text) == 0) return h.section;
-  }
-  return Section::kNone;
-}
 
 // The value line after a header; false when the file ended instead.
 bool ReadValue(FILE* f, wchar_t* value) {
@@ -90,18 +49,39 @@ int LeerDatosParamSys(int& language, wchar_t* server_name, wchar_t* database_fil
                       wchar_t* shared_server_dir, int& international_units, int& code_page_switch1,
                       int& code_page_switch2, wchar_t* company, wchar_t* project_title,
                       int& wos_title, wchar_t* database_backup, wchar_t* style) {
+  // How a section's value is taken: a text as it stands, the language number,
+  // a switch that only the exact value "0" turns off, or the code page, which
+  // sets both switches.
+  enum class Kind { kText, kLanguage, kSwitch, kCodePage };
+  struct Section {
+    const wchar_t* header;
+    Kind kind;
+    wchar_t* text;  // kText
+    const wchar_t* text_default;
+    int* number;  // kLanguage, kSwitch
+  };
+  const Section sections[] = {
+      {L"[Language]", Kind::kLanguage, nullptr, nullptr, &language},
+      {L"[Company]", Kind::kText, company, L"", nullptr},
+      {L"[Project title]", Kind::kText, project_title, L"", nullptr},
+      {L"[WOS title]", Kind::kSwitch, nullptr, nullptr, &wos_title},
+      {L"[Server name]", Kind::kText, server_name, L"(local)", nullptr},
+      {L"[Database files directory]", Kind::kText, database_files_dir, L"", nullptr},
+      {L"[Shared server directory]", Kind::kText, shared_server_dir, L"", nullptr},
+      {L"[International units]", Kind::kSwitch, nullptr, nullptr, &international_units},
+      {L"[Database file backup]", Kind::kText, database_backup, L"", nullptr},
+      {L"[Style]", Kind::kText, style, L"", nullptr},
+      {L"[System CodePage]", Kind::kCodePage, nullptr, nullptr, nullptr},
+  };
+
   language = kLanguageFallback;
-  SetText(server_name, L"(local)");
-  SetText(database_files_dir, L"");
-  SetText(shared_server_dir, L"");
+  wos_title = 1;
   international_units = 1;
   code_page_switch1 = 0;
   code_page_switch2 = 0;
-  SetText(company, L"");
-  SetText(project_title, L"");
-  wos_title = 1;
-  SetText(database_backup, L"");
-  SetText(style, L"");
+  for (const Section& section : sections) {
+    if (section.kind == Kind::kText) SetText(section.text, section.text_default);
+  }
 
   FILE* f = fOpen(kParamFile, L"rt");
   if (f == nullptr) return 0;
@@ -109,47 +89,30 @@ int LeerDatosParamSys(int& language, wchar_t* server_name, wchar_t* database_fil
   wchar_t value[kParamValueChars + 1];
   while (!std::feof(f)) {
     LeerLineaDeFichero(f, line, kParamValueChars);
-    const Section section = SectionOf(line);
-    if (section == Section::kNone || !ReadValue(f, value)) continue;
-    switch (section) {
-      case Section::kLanguage:
-        language = aToi(value);
-        if (language < 1) language = kLanguageFallback;
+    const Section* section = nullptr;
+    for (const Section& candidate : sections) {
+      if (StriCmp(line, candidate.header) == 0) {
+        section = &candidate;
         break;
-      case Section::kCompany:
-        SetText(company, value);
+      }
+    }
+    if (section == nullptr || !ReadValue(f, value)) continue;
+    switch (section->kind) {
+      case Kind::kText:
+        SetText(section->text, value);
         break;
-      case Section::kProjectTitle:
-        SetText(project_title, value);
+      case Kind::kLanguage:
+        *section->number = aToi(value);
+        if (*section->number < 1) *section->number = kLanguageFallback;
         break;
-      case Section::kWosTitle:
-        if (StrCmp(value, L"0") == 0) wos_title = 0;
+      case Kind::kSwitch:
+        if (StrCmp(value, L"0") == 0) *section->number = 0;
         break;
-      case Section::kServerName:
-        SetText(server_name, value);
-        break;
-      case Section::kDatabaseFilesDir:
-        SetText(database_files_dir, value);
-        break;
-      case Section::kSharedServerDir:
-        SetText(shared_server_dir, value);
-        break;
-      case Section::kInternationalUnits:
-        if (StrCmp(value, L"0") == 0) international_units = 0;
-        break;
-      case Section::kDatabaseBackup:
-        SetText(database_backup, value);
-        break;
-      case Section::kStyle:
-        SetText(style, value);
-        break;
-      case Section::kCodePage:
+      case Kind::kCodePage:
         if (IsDoubleByteCodePage(value)) {
           code_page_switch1 = 1;
           code_page_switch2 = 1;
         }
-        break;
-      case Section::kNone:
         break;
     }
   }

@@ -14,15 +14,7 @@ namespace {
 
 constexpr int kParamChars = 257;
 
-bool Exists(const wchar_t* name) { return Access(name, 0) == 0; }
-
-void Field(const wchar_t* label, const std::wstring& value) {
-  wchar_t head[64];
-  sPrintf(head, L"  %-28s", label);
-  std::wstring line = head + value;
-  while (!line.empty() && line.back() == L' ') line.pop_back();
-  print(line + L"\n");
-}
+void Field(const wchar_t* label, const std::wstring& value) { print_field(label, value, 2); }
 
 std::wstring Number(int value) { return std::to_wstring(value); }
 std::wstring Switch(int value) { return value != 0 ? L"on" : L"off"; }
@@ -51,14 +43,15 @@ void ShowPackaging() {
   int first = 0, second = 0;
   wchar_t box[81];
   LeerPequeno(first, box, second);
-  print(Exists(L"PEQUENO.SYS") ? L"PEQUENO.SYS\n" : L"PEQUENO.SYS (not found: defaults)\n");
+  print(installation_has(L"PEQUENO.SYS") ? L"PEQUENO.SYS\n"
+                                         : L"PEQUENO.SYS (not found: defaults)\n");
   Field(L"A000", Number(first));
   Field(L"Box file (A001)", box);
   Field(L"A002", Number(second));
 }
 
 void ShowVersion() {
-  if (!Exists(L"SERVPACK.DTS")) {
+  if (!installation_has(L"SERVPACK.DTS")) {
     print(L"SERVPACK.DTS (not found)\n");
     return;
   }

@@ -17,22 +17,14 @@ constexpr int kNameChars = 40;
 constexpr int kDirectoryChars = 256;
 constexpr int kKeyChars = 255;
 
-bool Exists(const wchar_t* name) { return Access(name, 0) == 0; }
-
 std::wstring OrNone(const wchar_t* text) {
   return text[0] != 0 ? std::wstring(text) : std::wstring(L"(none)");
 }
 
-void Field(const wchar_t* label, const std::wstring& value) {
-  wchar_t head[64];
-  sPrintf(head, L"%-28s", label);
-  std::wstring line = head + value;
-  while (!line.empty() && line.back() == L' ') line.pop_back();
-  print(line + L"\n");
-}
+void Field(const wchar_t* label, const std::wstring& value) { print_field(label, value, 0); }
 
 void ShowActiveOrder() {
-  if (!Exists(L"ORDENACT.SYS")) {
+  if (!installation_has(L"ORDENACT.SYS")) {
     Field(L"Active work order", L"(none: no ORDENACT.SYS)");
     return;
   }
@@ -47,7 +39,7 @@ void ShowDatabase() {
   wchar_t dir[kDirectoryChars + 1];
   DameNombreDeDirBDActiva(dir);
   Field(L"Active database directory",
-        Exists(L"DIRBDACT.SYS") ? OrNone(dir) : std::wstring(L"(none: no DIRBDACT.SYS)"));
+        installation_has(L"DIRBDACT.SYS") ? OrNone(dir) : std::wstring(L"(none: no DIRBDACT.SYS)"));
 }
 
 void ShowPartList() {
@@ -57,12 +49,13 @@ void ShowPartList() {
 }
 
 void ShowPartsChanged() {
-  Field(L"Parts changed", Exists(L"CHGPIEZA.SYS") ? L"yes (CHGPIEZA.SYS waits to be seen)" : L"no");
+  Field(L"Parts changed",
+        installation_has(L"CHGPIEZA.SYS") ? L"yes (CHGPIEZA.SYS waits to be seen)" : L"no");
 }
 
 void ShowLastOrders() {
   // The reader would create the file when it is missing.
-  if (!Exists(L"LISTOFS.SYS")) {
+  if (!installation_has(L"LISTOFS.SYS")) {
     Field(L"Last work orders", L"(none: no LISTOFS.SYS)");
     return;
   }
@@ -83,7 +76,7 @@ void ShowLastOrders() {
 // Reads the queue's pairs the way its consumer does (a key of 255 characters
 // and a sheet name of 40), without taking any out.
 void ShowSheetQueue() {
-  FILE* f = Exists(L"CHGCHAPA.SYS") ? fOpen(L"CHGCHAPA.SYS", L"rt") : nullptr;
+  FILE* f = installation_has(L"CHGCHAPA.SYS") ? fOpen(L"CHGCHAPA.SYS", L"rt") : nullptr;
   if (f == nullptr) {
     Field(L"Sheets to redo", L"(none: no CHGCHAPA.SYS)");
   } else {
@@ -110,7 +103,7 @@ void ShowSheetQueue() {
     Field(L"Sheets to redo", count);
     for (const std::wstring& p : pairs) print(p);
   }
-  if (Exists(L"CHGCHAPA.AUX")) {
+  if (installation_has(L"CHGCHAPA.AUX")) {
     Field(L"", L"CHGCHAPA.AUX present: a rewrite is running, or a program stopped in one");
   }
 }

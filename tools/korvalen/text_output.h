@@ -1,14 +1,19 @@
-// Text between the tool's UTF-8 command line / output and the library's wide text.
+// The tool's output: the library's wide text printed as UTF-8, one line at a
+// time, with the labelled fields the reading commands show.
+//
+//   print(L"param.sys\n");
+//   print_field(L"Language", L"3", 2);  // "  Language                    3"
 #pragma once
 
 #include <string>
 
 namespace korvalen::tool {
 
-std::string to_utf8(const std::wstring& text);
-std::wstring from_utf8(const std::string& text);
-
-// Writes UTF-8 text to standard output as it stands.
+// Writes the text to standard output in UTF-8.
 void print(const std::wstring& text);
+
+// One line: the label padded to 28 columns after `indent` blanks, then the
+// value; trailing blanks are dropped.
+void print_field(const std::wstring& label, const std::wstring& value, int indent = 0);
 
 }  // namespace korvalen::tool

@@ -20,4 +20,6 @@ bool enter_directory(const std::string& directory) {
   return false;
 }
 
+bool installation_has(const wchar_t* name) { return Access(name, 0) == 0; }
+
 }  // namespace korvalen::tool

@@ -1,5 +1,5 @@
 // The -C DIR option of the commands that read an installation's files by
-// their bare names: they run in that directory.
+// their bare names: they run in that directory, and look its files up there.
 #pragma once
 
 #include <CLI/CLI.hpp>
@@ -13,5 +13,8 @@ void add_directory_option(CLI::App& command, std::string& directory);
 // Makes the directory current; prints the reason and returns false when it
 // cannot.
 bool enter_directory(const std::string& directory);
+
+// Whether the installation (the current directory, once entered) has the file.
+bool installation_has(const wchar_t* name);
 
 }  // namespace korvalen::tool

@@ -14,9 +14,10 @@ constexpr int kMaxDecimals = 9;
 int Format(wchar_t* buffer, std::size_t capacity, const wchar_t* format, ...) {
   va_list args;
   va_start(args, format);
-  const int length = platform::format_wide(buffer, capacity, format, args);
+  int length = 0;
+  const std::error_code error = platform::format_wide(buffer, capacity, format, args, length);
   va_end(args);
-  return length;
+  return error ? -1 : length;
 }
 
 // A value halfway between two results with d decimals is odd / 2^(d+1): it

@@ -93,6 +93,98 @@ double runtime_value(const wchar_t* start, const wchar_t* stop) {
   return std::wcstod(number, nullptr);
 }
 
+// A decimal text as the scan reads it: mantissa * 10^power, exactly when
+// `exact` (at most 19 significant digits and a power within bounds).
+struct Decimal {
+  const wchar_t* start = nullptr;  // the sign or first digit, after the blanks
+  const wchar_t* end = nullptr;    // past the number
+  bool negative = false;
+  std::uint64_t mantissa = 0;
+  int power = 0;
+  bool exact = false;
+};
+
+// Reads sign, digits, '.', digits and an exponent as wcstod does; false when
+// there are no digits.
+bool scan_decimal(const wchar_t* text, Decimal& d) {
+  const wchar_t* p = text;
+  while (is_blank(*p)) ++p;
+  d.start = p;
+  if (*p == L'-' || *p == L'+') d.negative = *p++ == L'-';
+  // The digits go into an integer mantissa; the decimal point and the
+  // exponent only move a power of ten. Leading zeros do not count, so that
+  // "0.001" is 1 * 10^-3; more than 19 other digits do not fit.
+  const wchar_t* const digits = p;
+  while (*p == L'0') ++p;
+  const wchar_t* first = p;
+  for (; is_digit(*p); ++p) d.mantissa = d.mantissa * 10 + static_cast<unsigned>(*p - L'0');
+  std::ptrdiff_t kept = p - first;
+  std::ptrdiff_t fraction = 0;
+  bool any_digit = p != digits;
+  if (*p == L'.') {
+    const wchar_t* const point = ++p;
+    if (kept == 0) {
+      while (*p == L'0') ++p;
+    }
+    first = p;
+    for (; is_digit(*p); ++p) d.mantissa = d.mantissa * 10 + static_cast<unsigned>(*p - L'0');
+    kept += p - first;
+    fraction = p - point;
+    any_digit = any_digit || p != point;
+  }
+  if (!any_digit) return false;
+  d.exact = kept <= kMaxMantissaDigits && fraction <= kMaxScale;
+  int exponent = 0;
+  if (*p == L'e' || *p == L'E') {
+    const wchar_t* q = p + 1;
+    bool exponent_negative = false;
+    if (*q == L'-' || *q == L'+') exponent_negative = *q++ == L'-';
+    if (is_digit(*q)) {
+      for (; is_digit(*q); ++q) {
+        if (exponent < kMaxScale) {
+          exponent = exponent * 10 + (*q - L'0');
+        } else {
+          d.exact = false;
+        }
+      }
+      if (exponent_negative) exponent = -exponent;
+      p = q;
+    }
+  }
+  d.end = p;
+  d.power = (d.exact ? -static_cast<int>(fraction) : 0) + exponent;
+  return true;
+}
+
+// The value of an exact decimal where one rounding gives it: both operands
+// are exact doubles, so the one rounding of the product or quotient is the
+// correctly rounded value of the text, which is what wcstod gives. With the
+// sign on the operand the rounding direction also matches. False where the
+// runtime must read the text.
+bool exact_value(const Decimal& d, double& value) {
+  if (!d.exact || !kFastPathExact || !platform::runtime_rounds_decimals_exactly()) return false;
+  if (d.mantissa == 0) {
+    value = d.negative ? -0.0 : 0.0;
+    return true;
+  }
+  if (d.mantissa > (std::uint64_t{1} << 53) || d.power < -kMaxExactPower ||
+      d.power > kMaxExactPower) {
+    return false;
+  }
+  const auto signed_value = [&d](double magnitude) { return d.negative ? -magnitude : magnitude; };
+  if (d.power >= 0) {
+    value = signed_value(static_cast<double>(d.mantissa)) * kPowersOfTen[d.power];
+    return true;
+  }
+  const std::uint64_t fifths = d.mantissa * kExactQuotients.inverse[-d.power];
+  if (fifths <= kExactQuotients.limit[-d.power]) {
+    value = signed_value(static_cast<double>(fifths)) * kExactQuotients.half_power[-d.power];
+  } else {
+    value = signed_value(static_cast<double>(d.mantissa)) / kPowersOfTen[-d.power];
+  }
+  return true;
+}
+
 }  // namespace
 
 std::int32_t parse_int(const wchar_t* text) {
@@ -104,77 +196,12 @@ std::int32_t parse_int(const wchar_t* text) {
 double parse_double(const wchar_t* text, const wchar_t** end) {
   if (end != nullptr) *end = text;
   if (text == nullptr) return 0.0;
-  const wchar_t* p = text;
-  while (is_blank(*p)) ++p;
-  const wchar_t* start = p;
-  bool negative = false;
-  if (*p == L'-' || *p == L'+') negative = *p++ == L'-';
-  // The digits go into an integer mantissa; the decimal point and the
-  // exponent only move a power of ten. Leading zeros do not count, so that
-  // "0.001" is 1 * 10^-3; more than 19 other digits do not fit.
-  const wchar_t* const digits = p;
-  while (*p == L'0') ++p;
-  const wchar_t* first = p;
-  std::uint64_t mantissa = 0;
-  for (; is_digit(*p); ++p) mantissa = mantissa * 10 + static_cast<unsigned>(*p - L'0');
-  std::ptrdiff_t kept = p - first;
-  std::ptrdiff_t fraction = 0;
-  bool any_digit = p != digits;
-  if (*p == L'.') {
-    const wchar_t* const point = ++p;
-    if (kept == 0) {
-      while (*p == L'0') ++p;
-    }
-    first = p;
-    for (; is_digit(*p); ++p) mantissa = mantissa * 10 + static_cast<unsigned>(*p - L'0');
-    kept += p - first;
-    fraction = p - point;
-    any_digit = any_digit || p != point;
-  }
-  if (!any_digit) return 0.0;
-  bool exact = kept <= kMaxMantissaDigits && fraction <= kMaxScale;
-  const int scale = exact ? -static_cast<int>(fraction) : 0;
-  int exponent = 0;
-  if (*p == L'e' || *p == L'E') {
-    const wchar_t* q = p + 1;
-    bool exponent_negative = false;
-    if (*q == L'-' || *q == L'+') exponent_negative = *q++ == L'-';
-    if (is_digit(*q)) {
-      for (; is_digit(*q); ++q) {
-        if (exponent < kMaxScale) {
-          exponent = exponent * 10 + (*q - L'0');
-        } else {
-          exact = false;
-        }
-      }
-      if (exponent_negative) exponent = -exponent;
-      p = q;
-    }
-  }
-  if (end != nullptr) *end = p;
-  if (exact && kFastPathExact && platform::runtime_rounds_decimals_exactly()) {
-    if (mantissa == 0) return negative ? -0.0 : 0.0;
-    // Both operands are exact doubles, so the one rounding of the product or
-    // quotient is the correctly rounded value of the text, which is what
-    // wcstod gives. With the sign on the operand the rounding direction also
-    // matches.
-    const int power = scale + exponent;
-    if (mantissa <= (std::uint64_t{1} << 53) && power >= -kMaxExactPower &&
-        power <= kMaxExactPower) {
-      if (power >= 0) {
-        const double m = static_cast<double>(mantissa);
-        return (negative ? -m : m) * kPowersOfTen[power];
-      }
-      const std::uint64_t fifths = mantissa * kExactQuotients.inverse[-power];
-      if (fifths <= kExactQuotients.limit[-power]) {
-        const double q = static_cast<double>(fifths);
-        return (negative ? -q : q) * kExactQuotients.half_power[-power];
-      }
-      const double m = static_cast<double>(mantissa);
-      return (negative ? -m : m) / kPowersOfTen[-power];
-    }
-  }
-  return runtime_value(start, p);
+  Decimal decimal;
+  if (!scan_decimal(text, decimal)) return 0.0;
+  if (end != nullptr) *end = decimal.end;
+  double value = 0.0;
+  if (exact_value(decimal, value)) return value;
+  return runtime_value(decimal.start, decimal.end);
 }
 
 std::uint32_t parse_unsigned(const wchar_t* text, const wchar_t** end, int base) {

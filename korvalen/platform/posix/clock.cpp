@@ -3,37 +3,37 @@
 #include <clocale>
 #include <cwchar>
 
+#include "korvalen/platform/internal/error.h"
+
 namespace korvalen::platform {
 namespace {
 
 // The Windows runtime refuses times before 1970 and after the year 3000.
 constexpr long long kLastTime = 32535215999LL;
 
-thread_local std::tm t_time;
+bool in_range(long long t) { return t >= 0 && t <= kLastTime; }
 
 }  // namespace
 
-std::tm* local_time(long long t) {
-  if (t < 0 || t > kLastTime) return nullptr;
+std::error_code local_time(long long t, std::tm& result) {
+  if (!in_range(t)) return make_error(std::errc::invalid_argument);
   const std::time_t tt = static_cast<std::time_t>(t);
-  return localtime_r(&tt, &t_time);
+  return localtime_r(&tt, &result) != nullptr ? std::error_code() : errno_error();
 }
 
-std::tm* utc_time(long long t) {
-  if (t < 0 || t > kLastTime) return nullptr;
+std::error_code utc_time(long long t, std::tm& result) {
+  if (!in_range(t)) return make_error(std::errc::invalid_argument);
   const std::time_t tt = static_cast<std::time_t>(t);
-  return gmtime_r(&tt, &t_time);
+  return gmtime_r(&tt, &result) != nullptr ? std::error_code() : errno_error();
 }
 
-// As the Windows runtime's 64-bit mktime: a time outside its range (local
-// 1970 to the end of 3000) is -1, and the caller's fields stay as they were.
-long long make_time(std::tm* tm) {
-  if (tm == nullptr) return -1;
-  std::tm normalised = *tm;
-  const long long t = static_cast<long long>(std::mktime(&normalised));
-  if (t < 0 || t > kLastTime) return -1;
-  *tm = normalised;
-  return t;
+std::error_code make_time(std::tm& tm, long long& t) {
+  std::tm normalised = tm;
+  const long long seconds = static_cast<long long>(std::mktime(&normalised));
+  if (!in_range(seconds)) return make_error(std::errc::invalid_argument);
+  tm = normalised;
+  t = seconds;
+  return {};
 }
 
 long long now() { return static_cast<long long>(std::time(nullptr)); }
@@ -54,13 +54,14 @@ wchar_t* time_text(wchar_t* buffer) {
   return buffer;
 }
 
+namespace native {
+
 std::size_t format_time(wchar_t* buffer, std::size_t capacity, const wchar_t* format,
-                        const std::tm* tm) {
-  if (buffer == nullptr || capacity == 0 || format == nullptr || tm == nullptr) return 0;
-  const std::size_t n = std::wcsftime(buffer, capacity, format, tm);
-  if (n == 0) buffer[0] = 0;
-  return n;
+                        const std::tm& tm) {
+  return std::wcsftime(buffer, capacity, format, &tm);
 }
+
+}  // namespace native
 
 void use_user_time_locale() { std::setlocale(LC_TIME, ""); }
 void use_c_locale() { std::setlocale(LC_ALL, "C"); }

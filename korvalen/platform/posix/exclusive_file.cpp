@@ -10,6 +10,7 @@
 #include <cerrno>
 #include <string>
 
+#include "korvalen/platform/internal/error.h"
 #include "korvalen/platform/posix/native_path.h"
 #include "korvalen/platform/posix/text_stream.h"
 
@@ -42,7 +43,7 @@ bool other_case_exists(const std::string& dir, const std::string& file) {
     const unsigned char c = static_cast<unsigned char>(file[i]);
     if (c >= 0x80 || (count == kMaxLettersToSpell && std::isalpha(c))) {
       const std::string spelled = dir + file;
-      return posix::native_path(posix::from_utf8(spelled.c_str()).c_str()) != spelled;
+      return posix::native_path(from_utf8(spelled).c_str()) != spelled;
     }
     if (std::isalpha(c)) letters[count++] = static_cast<int>(i);
   }
@@ -61,48 +62,50 @@ bool other_case_exists(const std::string& dir, const std::string& file) {
 
 }  // namespace
 
-FILE* open_exclusive(const wchar_t* name, bool* busy) {
-  bool ignored = false;
-  if (busy == nullptr) busy = &ignored;
-  *busy = false;
-  if (name == nullptr || *name == 0) return nullptr;
+namespace native {
+
+std::error_code open_exclusive(const wchar_t* name, FILE*& file) {
   const std::string path = posix::native_path(name);
   const int fd = open_retrying(path.c_str(), O_RDWR | O_CREAT, 0666);
-  if (fd < 0) return nullptr;
+  if (fd < 0) return errno_error();
   // flock belongs to this open file description, so two holders inside one
   // process exclude each other as well (fcntl locks would not).
   while (::flock(fd, LOCK_EX | LOCK_NB) != 0) {
     if (errno == EINTR) continue;
-    *busy = errno == EWOULDBLOCK;
+    const std::error_code error =
+        errno == EWOULDBLOCK ? make_error(std::errc::device_or_resource_busy) : errno_error();
     ::close(fd);
-    return nullptr;
+    return error;
   }
   // The lock goes with the descriptor, which the stream closes.
-  return posix::open_text_stream(fd, "r+");
+  file = posix::open_text_stream(fd, "r+");
+  return file != nullptr ? std::error_code() : errno_error();
 }
 
-CreateResult create_new_file(const wchar_t* name) {
-  if (name == nullptr || *name == 0) return CreateResult::kFailed;
+std::error_code create_new_file(const wchar_t* name) {
   // The folder resolves as for every name; an entry of the name in another
   // case counts as existing, as on Windows.
-  std::string path = posix::to_utf8(name);
+  std::string path = to_utf8(name);
   for (char& c : path) {
     if (c == '\\') c = '/';
   }
   const std::size_t slash = path.rfind('/');
   std::string dir;
   if (slash != std::string::npos) {
-    dir = slash == 0
-              ? std::string("/")
-              : posix::native_path(posix::from_utf8(path.substr(0, slash).c_str()).c_str()) + "/";
+    dir = slash == 0 ? std::string("/")
+                     : posix::native_path(from_utf8(path.substr(0, slash)).c_str()) + "/";
   }
   const std::string file = path.substr(slash == std::string::npos ? 0 : slash + 1);
-  if (file.empty()) return CreateResult::kFailed;
-  if (exists(dir + file) || other_case_exists(dir, file)) return CreateResult::kExists;
+  if (file.empty()) return make_error(std::errc::invalid_argument);
+  if (exists(dir + file) || other_case_exists(dir, file)) {
+    return make_error(std::errc::file_exists);
+  }
   const int fd = open_retrying((dir + file).c_str(), O_WRONLY | O_CREAT | O_EXCL, 0666);
-  if (fd < 0) return errno == EEXIST ? CreateResult::kExists : CreateResult::kFailed;
+  if (fd < 0) return errno_error();  // EEXIST reads as std::errc::file_exists
   ::close(fd);
-  return CreateResult::kCreated;
+  return {};
 }
+
+}  // namespace native
 
 }  // namespace korvalen::platform

@@ -250,9 +250,82 @@ struct Output {
   }
 };
 
+// A width or precision given as '*' is the next int argument; a negative
+// width means left alignment and a negative precision none.
+void take_stars(Directive& d, va_list* args) {
+  if (d.width == kStar) {
+    const int width = va_arg(*args, int);
+    if (width < 0) d.flags |= kLeft;
+    d.width = width >= 0 ? width : width == INT_MIN ? INT_MAX : -width;
+  }
+  if (d.precision == kStar) {
+    const int precision = va_arg(*args, int);
+    d.precision = precision >= 0 ? precision : kAbsent;
+  }
+}
+
+// The bytes of 8-bit text a directive prints: the precision counts bytes, and
+// the text may end there unterminated.
+std::size_t ansi_length(const char* text, int precision) {
+  std::size_t count = 0;
+  while ((precision == kAbsent || count < static_cast<std::size_t>(precision)) &&
+         text[count] != 0) {
+    ++count;
+  }
+  return count;
+}
+
+// Prints one directive with its argument; false when it does not fit or
+// fails.
+bool print_directive(const Directive& d, va_list* args, Output& out) {
+  SmallBuffer<40> directive;  // '%', 5 flags, 2 numbers of 10 digits, '.', size, conversion
+  write_glibc(d, directive);
+  directive.push_back(0);
+  const wchar_t* spec = directive.c_str();
+  switch (d.arg) {
+    case Arg::integer:
+      return out.print(spec, va_arg(*args, int));
+    case Arg::long_integer:
+      return out.print(spec, va_arg(*args, long));
+    case Arg::long_long:
+      return out.print(spec, va_arg(*args, long long));
+    case Arg::intmax:
+      return out.print(spec, va_arg(*args, std::intmax_t));
+    case Arg::size:
+      return out.print(spec, va_arg(*args, std::size_t));
+    case Arg::real:
+      return out.print(spec, va_arg(*args, double));
+    case Arg::long_real:
+      return out.print(spec, va_arg(*args, long double));
+    case Arg::pointer:
+      return out.print(spec, va_arg(*args, void*));
+    case Arg::wide_char:
+      return out.print(spec, va_arg(*args, std::wint_t));
+    case Arg::wide_text:
+      return out.print(spec, va_arg(*args, const wchar_t*));
+    case Arg::ansi_char: {
+      const char c = static_cast<char>(va_arg(*args, int));
+      return out.put_ansi(&c, 1, d);
+    }
+    case Arg::ansi_text: {
+      const char* text = va_arg(*args, const char*);
+      if (text == nullptr) text = "(null)";  // as Windows prints it
+      return out.put_ansi(text, ansi_length(text, d.precision), d);
+    }
+    case Arg::count:
+      va_arg(*args, void*);
+      return true;
+    case Arg::percent:
+      return out.put(L'%');
+    case Arg::unknown:
+      return d.conversion == 0 || out.put(d.conversion);
+  }
+  return false;
+}
+
 // Takes the arguments one directive at a time; false when the text does not
 // fit or a directive fails.
-bool walk(const wchar_t* format, va_list args, Output& out) {
+bool walk(const wchar_t* format, va_list* args, Output& out) {
   for (const wchar_t* p = format; *p != 0;) {
     if (*p != L'%') {
       if (!out.put(*p++)) return false;
@@ -260,106 +333,32 @@ bool walk(const wchar_t* format, va_list args, Output& out) {
     }
     Directive d = parse(p + 1);
     p = d.end;
-    if (d.width == kStar) {
-      const int width = va_arg(args, int);
-      if (width < 0) d.flags |= kLeft;
-      d.width = width >= 0 ? width : width == INT_MIN ? INT_MAX : -width;
-    }
-    if (d.precision == kStar) {
-      const int precision = va_arg(args, int);
-      d.precision = precision >= 0 ? precision : kAbsent;
-    }
-    SmallBuffer<40> directive;  // '%', 5 flags, 2 numbers of 10 digits, '.', size, conversion
-    write_glibc(d, directive);
-    directive.push_back(0);
-    const wchar_t* spec = directive.c_str();
-    bool done = false;
-    switch (d.arg) {
-      case Arg::integer:
-        done = out.print(spec, va_arg(args, int));
-        break;
-      case Arg::long_integer:
-        done = out.print(spec, va_arg(args, long));
-        break;
-      case Arg::long_long:
-        done = out.print(spec, va_arg(args, long long));
-        break;
-      case Arg::intmax:
-        done = out.print(spec, va_arg(args, std::intmax_t));
-        break;
-      case Arg::size:
-        done = out.print(spec, va_arg(args, std::size_t));
-        break;
-      case Arg::real:
-        done = out.print(spec, va_arg(args, double));
-        break;
-      case Arg::long_real:
-        done = out.print(spec, va_arg(args, long double));
-        break;
-      case Arg::pointer:
-        done = out.print(spec, va_arg(args, void*));
-        break;
-      case Arg::wide_char:
-        done = out.print(spec, va_arg(args, std::wint_t));
-        break;
-      case Arg::wide_text:
-        done = out.print(spec, va_arg(args, const wchar_t*));
-        break;
-      case Arg::ansi_char: {
-        const char c = static_cast<char>(va_arg(args, int));
-        done = out.put_ansi(&c, 1, d);
-        break;
-      }
-      case Arg::ansi_text: {
-        const char* text = va_arg(args, const char*);
-        if (text == nullptr) text = "(null)";  // as Windows prints it
-        // The precision counts bytes, and the text may end there unterminated.
-        std::size_t count = 0;
-        while ((d.precision == kAbsent || count < static_cast<std::size_t>(d.precision)) &&
-               text[count] != 0) {
-          ++count;
-        }
-        done = out.put_ansi(text, count, d);
-        break;
-      }
-      case Arg::count:
-        va_arg(args, void*);
-        done = true;
-        break;
-      case Arg::percent:
-        done = out.put(L'%');
-        break;
-      case Arg::unknown:
-        done = d.conversion == 0 || out.put(d.conversion);
-        break;
-    }
-    if (!done) return false;
+    take_stars(d, args);
+    if (!print_directive(d, args, out)) return false;
   }
   return true;
 }
 
 }  // namespace
 
+namespace native {
+
 int format_wide(wchar_t* buffer, std::size_t capacity, const wchar_t* format, va_list args) {
-  if (buffer == nullptr || capacity == 0) return -1;
-  buffer[0] = 0;
-  if (format == nullptr) return -1;
-  try {
-    SmallBuffer<512> translated;
-    if (translate(format, translated)) {
-      const int n = std::vswprintf(buffer, capacity, translated.c_str(), args);
-      if (n < 0) buffer[capacity - 1] = 0;
-      return n;
-    }
-    Output out{buffer, capacity};
-    const bool done = walk(format, args, out);
-    buffer[out.length] = 0;
-    return done ? static_cast<int>(out.length) : -1;
-  } catch (...) {
-    // Only allocation can throw here; it reads as a failed call.
-    buffer[0] = 0;
-    return -1;
+  SmallBuffer<512> translated;
+  if (translate(format, translated)) {
+    const int n = std::vswprintf(buffer, capacity, translated.c_str(), args);
+    if (n < 0) buffer[capacity - 1] = 0;
+    return n;
   }
+  Output out{buffer, capacity};
+  va_list own;
+  va_copy(own, args);
+  const bool done = walk(format, &own, out);
+  va_end(own);
+  buffer[out.length] = 0;
+  return done ? static_cast<int>(out.length) : -1;
 }
+
+}  // namespace native
 
 }  // namespace korvalen::platform

@@ -5,22 +5,20 @@
 #include <cstdio>
 #include <string>
 
-#include "korvalen/platform/posix/native_path.h"
+#include "korvalen/platform/internal/error.h"
+#include "korvalen/platform/internal/utf8.h"
 
-namespace korvalen::platform {
+namespace korvalen::platform::native {
 
-int show_message_box(const wchar_t* text, const wchar_t* caption, unsigned /*style*/) {
-  try {
-    std::string entry = posix::to_utf8(caption != nullptr ? caption : L"");
-    entry += ": ";
-    entry += posix::to_utf8(text != nullptr ? text : L"");
-    entry += '\n';
-    std::fputs(entry.c_str(), stderr);
-    std::fflush(stderr);
-    return kMessageBoxAnswerOk;
-  } catch (...) {
-    return 0;
-  }
+std::error_code show_message_box(const wchar_t* text, const wchar_t* caption, unsigned /*style*/,
+                                 int& answer) {
+  std::string entry = to_utf8(caption);
+  entry += ": ";
+  entry += to_utf8(text);
+  entry += '\n';
+  if (std::fputs(entry.c_str(), stderr) < 0 || std::fflush(stderr) != 0) return errno_error();
+  answer = kMessageBoxAnswerOk;
+  return {};
 }
 
-}  // namespace korvalen::platform
+}  // namespace korvalen::platform::native

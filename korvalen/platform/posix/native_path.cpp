@@ -5,7 +5,6 @@
 
 #include <cstdint>
 
-
 namespace korvalen::platform::posix {
 namespace {
 
@@ -19,7 +18,7 @@ bool exists(const std::string& path) {
 std::string match_entry(const std::string& dir, const std::string& component) {
   DIR* d = opendir(dir.empty() ? "." : dir.c_str());
   if (d == nullptr) return component;
-  const std::wstring wanted = from_utf8(component.c_str());
+  const std::wstring wanted = from_utf8(component);
   std::string found = component;
   while (dirent* e = readdir(d)) {
     if (same_name(from_utf8(e->d_name), wanted)) {
@@ -32,73 +31,6 @@ std::string match_entry(const std::string& dir, const std::string& component) {
 }
 
 }  // namespace
-
-std::string to_utf8(const wchar_t* text) {
-  try {
-    std::string out;
-    if (text == nullptr) return out;
-    for (; *text != 0; ++text) {
-      auto c = static_cast<std::uint32_t>(*text);
-      if (c > 0x10FFFF || (c >= 0xD800 && c <= 0xDFFF)) c = 0xFFFD;
-      if (c < 0x80) {
-        out += static_cast<char>(c);
-      } else if (c < 0x800) {
-        out += static_cast<char>(0xC0 | (c >> 6));
-        out += static_cast<char>(0x80 | (c & 0x3F));
-      } else if (c < 0x10000) {
-        out += static_cast<char>(0xE0 | (c >> 12));
-        out += static_cast<char>(0x80 | ((c >> 6) & 0x3F));
-        out += static_cast<char>(0x80 | (c & 0x3F));
-      } else {
-        out += static_cast<char>(0xF0 | (c >> 18));
-        out += static_cast<char>(0x80 | ((c >> 12) & 0x3F));
-        out += static_cast<char>(0x80 | ((c >> 6) & 0x3F));
-        out += static_cast<char>(0x80 | (c & 0x3F));
-      }
-    }
-    return out;
-  } catch (...) {
-    // Only allocation can throw here; it reads as a failed call.
-    return std::string();
-  }
-}
-
-std::wstring from_utf8(const char* text) {
-  try {
-    std::wstring out;
-    if (text == nullptr) return out;
-    const auto* p = reinterpret_cast<const unsigned char*>(text);
-    while (*p != 0) {
-      std::uint32_t c = *p;
-      int extra = 0;
-      if (c >= 0xF0 && c < 0xF8) {
-        c &= 0x07;
-        extra = 3;
-      } else if (c >= 0xE0) {
-        c &= 0x0F;
-        extra = 2;
-      } else if (c >= 0xC0) {
-        c &= 0x1F;
-        extra = 1;
-      } else if (c >= 0x80) {
-        c = 0xFFFD;  // a stray continuation byte
-      }
-      ++p;
-      for (int i = 0; i < extra; ++i, ++p) {
-        if ((*p & 0xC0) != 0x80) {
-          c = 0xFFFD;
-          break;
-        }
-        c = (c << 6) | (*p & 0x3F);
-      }
-      out += static_cast<wchar_t>(c);
-    }
-    return out;
-  } catch (...) {
-    // Only allocation can throw here; it reads as a failed call.
-    return std::wstring();
-  }
-}
 
 wchar_t name_upper(wchar_t c) {
   if ((c >= L'a' && c <= L'z') || (c >= 0xE0 && c <= 0xFE && c != 0xF7)) return c - 0x20;
@@ -115,42 +47,37 @@ bool same_name(const std::wstring& a, const std::wstring& b) {
 }
 
 std::string native_path(const wchar_t* name) {
-  try {
-    std::string path = to_utf8(name);
-    for (char& c : path) {
-      if (c == '\\') c = '/';
-    }
-    if (path.empty() || exists(path)) return path;
-
-    // Walk the components, keeping what exists and matching the rest.
-    std::string resolved;
-    std::size_t pos = 0;
-    if (path[0] == '/') {
-      resolved = "/";
-      pos = 1;
-    }
-    bool parent_exists = true;
-    while (pos <= path.size()) {
-      std::size_t slash = path.find('/', pos);
-      if (slash == std::string::npos) slash = path.size();
-      std::string component = path.substr(pos, slash - pos);
-      if (!component.empty()) {
-        std::string candidate = resolved + component;
-        if (parent_exists && component != "." && component != ".." && !exists(candidate)) {
-          component = match_entry(resolved, component);
-          candidate = resolved + component;
-        }
-        parent_exists = parent_exists && exists(candidate);
-        resolved = candidate;
-      }
-      if (slash < path.size()) resolved += '/';
-      pos = slash + 1;
-    }
-    return resolved;
-  } catch (...) {
-    // Only allocation can throw here; it reads as a failed call.
-    return std::string();
+  std::string path = to_utf8(name);
+  for (char& c : path) {
+    if (c == '\\') c = '/';
   }
+  if (path.empty() || exists(path)) return path;
+
+  // Walk the components, keeping what exists and matching the rest.
+  std::string resolved;
+  std::size_t pos = 0;
+  if (path[0] == '/') {
+    resolved = "/";
+    pos = 1;
+  }
+  bool parent_exists = true;
+  while (pos <= path.size()) {
+    std::size_t slash = path.find('/', pos);
+    if (slash == std::string::npos) slash = path.size();
+    std::string component = path.substr(pos, slash - pos);
+    if (!component.empty()) {
+      std::string candidate = resolved + component;
+      if (parent_exists && component != "." && component != ".." && !exists(candidate)) {
+        component = match_entry(resolved, component);
+        candidate = resolved + component;
+      }
+      parent_exists = parent_exists && exists(candidate);
+      resolved = candidate;
+    }
+    if (slash < path.size()) resolved += '/';
+    pos = slash + 1;
+  }
+  return resolved;
 }
 
 bool wildcard_match(const wchar_t* pattern, const wchar_t* name) {

@@ -1,8 +1,11 @@
 // Internal to the POSIX layer: turning a Windows-style wide name into the
-// name of an existing file-system entry.
+// name of an existing file-system entry. Everything here may throw
+// std::bad_alloc; the portable layer turns that into a failed call.
 #pragma once
 
 #include <string>
+
+#include "korvalen/platform/internal/utf8.h"
 
 namespace korvalen::platform::posix {
 
@@ -11,10 +14,6 @@ namespace korvalen::platform::posix {
 // case; components that match nothing stay as spelled (so a new file is
 // created under the name given).
 std::string native_path(const wchar_t* name);
-
-// UTF-8 <-> wide for names and environment texts.
-std::string to_utf8(const wchar_t* text);
-std::wstring from_utf8(const char* text);
 
 // Windows wildcard match ('*', '?') without regard to case.
 bool wildcard_match(const wchar_t* pattern, const wchar_t* name);

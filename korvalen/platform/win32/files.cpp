@@ -2,83 +2,92 @@
 #include "korvalen/platform/internal/files.h"
 
 #include <direct.h>
+#include <io.h>
 #include <share.h>
 #include <stdlib.h>
 #include <wchar.h>
 
 #include <cerrno>
 
+#include "korvalen/platform/internal/error.h"
+#include "korvalen/platform/win32/busy_retry.h"
+
 namespace korvalen::platform {
+namespace {
 
-FILE* open_file(const wchar_t* name, const wchar_t* mode, int share_flag, int* error) {
-  int ignored = 0;
-  if (error == nullptr) error = &ignored;
-  if (name == nullptr || mode == nullptr || *name == 0) {
-    *error = EINVAL;
-    return nullptr;
-  }
+// The result of a runtime call that sets errno on failure.
+std::error_code checked(int result) { return result == 0 ? std::error_code() : errno_error(); }
+
+}  // namespace
+
+namespace native {
+
+std::error_code open_file(const wchar_t* name, const wchar_t* mode, int share_flag, FILE*& file) {
   if (share_flag < 0) {
-    FILE* f = nullptr;
-    *error = _wfopen_s(&f, name, mode);
-    return *error == 0 ? f : nullptr;
+    const errno_t error = _wfopen_s(&file, name, mode);
+    if (error != 0) file = nullptr;
+    return error == 0 ? std::error_code() : std::error_code(error, std::generic_category());
   }
-  FILE* f = _wfsopen(name, mode, share_flag);
-  *error = f != nullptr ? 0 : errno;
-  return f;
+  file = _wfsopen(name, mode, share_flag);
+  return file != nullptr ? std::error_code() : errno_error();
 }
 
-int access_file(const wchar_t* name, int mode) {
-  if (name == nullptr) return EINVAL;
-  return _waccess_s(name, mode);
+std::error_code open_replaced_file(const wchar_t* name, const wchar_t* mode, FILE*& file) {
+  std::error_code error;
+  win32::retry_while_busy([&] { return !(error = open_file(name, mode, -1, file)); },
+                          [&] { return _waccess(name, 0) == 0; });
+  return error;
 }
 
-int change_mode(const wchar_t* name, int permission) {
-  return name != nullptr ? _wchmod(name, permission) : -1;
-}
-int change_directory(const wchar_t* name) { return name != nullptr ? _wchdir(name) : -1; }
-int make_directory(const wchar_t* name) { return name != nullptr ? _wmkdir(name) : -1; }
-int remove_directory(const wchar_t* name) { return name != nullptr ? _wrmdir(name) : -1; }
-int remove_file(const wchar_t* name) { return name != nullptr ? _wremove(name) : -1; }
-
-int rename_file(const wchar_t* old_name, const wchar_t* new_name) {
-  if (old_name == nullptr || new_name == nullptr) return -1;
-  return _wrename(old_name, new_name);
+std::error_code access_file(const wchar_t* name, int mode) {
+  const errno_t error = _waccess_s(name, mode);
+  return error == 0 ? std::error_code() : std::error_code(error, std::generic_category());
 }
 
-int replace_file(const wchar_t* work_name, const wchar_t* target) {
-  if (work_name == nullptr || target == nullptr) return -1;
-  return MoveFileExW(work_name, target, MOVEFILE_REPLACE_EXISTING | MOVEFILE_WRITE_THROUGH) ? 0
-                                                                                            : -1;
+std::error_code change_mode(const wchar_t* name, int permission) {
+  return checked(_wchmod(name, permission));
+}
+std::error_code change_directory(const wchar_t* name) { return checked(_wchdir(name)); }
+std::error_code make_directory(const wchar_t* name) { return checked(_wmkdir(name)); }
+std::error_code remove_directory(const wchar_t* name) { return checked(_wrmdir(name)); }
+std::error_code remove_file(const wchar_t* name) { return checked(_wremove(name)); }
+
+std::error_code rename_file(const wchar_t* old_name, const wchar_t* new_name) {
+  return checked(_wrename(old_name, new_name));
 }
 
-wchar_t* current_directory(wchar_t* buffer, int capacity) {
-  if (buffer == nullptr || capacity <= 0) return nullptr;
-  return _wgetcwd(buffer, capacity);
+std::error_code replace_file(const wchar_t* work_name, const wchar_t* target) {
+  DWORD error = ERROR_SUCCESS;
+  const bool done = win32::retry_while_busy(
+      [&] {
+        if (MoveFileExW(work_name, target, MOVEFILE_REPLACE_EXISTING | MOVEFILE_WRITE_THROUGH)) {
+          return true;
+        }
+        error = GetLastError();
+        return false;
+      },
+      [&] { return win32::is_busy(error); });
+  return done ? std::error_code()
+              : std::error_code(static_cast<int>(error), std::system_category());
 }
 
-intptr_t find_first(const wchar_t* pattern, _wfinddata64i32_t* data) {
-  if (pattern == nullptr || data == nullptr) return -1;
-  return _wfindfirst64i32(pattern, data);
+std::error_code current_directory(wchar_t* buffer, int capacity) {
+  return _wgetcwd(buffer, capacity) != nullptr ? std::error_code() : errno_error();
 }
 
-int find_next(intptr_t handle, _wfinddata64i32_t* data) {
-  if (handle == -1 || data == nullptr) return -1;
-  return _wfindnext64i32(handle, data);
+std::error_code search_env(const wchar_t* file, const wchar_t* variable, wchar_t* result) {
+  const errno_t error = _wsearchenv_s(file, variable, result, MAX_PATH);
+  if (error != 0) return std::error_code(error, std::generic_category());
+  return result[0] != 0 ? std::error_code() : make_error(std::errc::no_such_file_or_directory);
 }
 
-int find_close(intptr_t handle) { return handle == -1 ? -1 : _findclose(handle); }
-
-void search_env(const wchar_t* file, const wchar_t* variable, wchar_t* result) {
-  if (result == nullptr) return;
-  result[0] = 0;
-  if (file == nullptr || variable == nullptr) return;
-  _wsearchenv_s(file, variable, result, MAX_PATH);
-}
-
-void executable_path(wchar_t* buffer, int capacity) {
-  if (buffer == nullptr || capacity <= 0) return;
+std::error_code executable_path(wchar_t* buffer, int capacity) {
   const DWORD n = GetModuleFileNameW(nullptr, buffer, static_cast<DWORD>(capacity));
-  if (n == 0 || n >= static_cast<DWORD>(capacity)) buffer[0] = 0;
+  if (n == 0) return std::error_code(static_cast<int>(GetLastError()), std::system_category());
+  if (n >= static_cast<DWORD>(capacity)) return make_error(std::errc::result_out_of_range);
+  return {};
 }
+
+}  // namespace native
 
 }  // namespace korvalen::platform

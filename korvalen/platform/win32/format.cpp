@@ -21,10 +21,9 @@ _locale_t AnsiLocale() {
 
 }  // namespace
 
+namespace native {
+
 int format_wide(wchar_t* buffer, std::size_t capacity, const wchar_t* format, va_list args) {
-  if (buffer == nullptr || capacity == 0) return -1;
-  buffer[0] = 0;
-  if (format == nullptr) return -1;
   // One place is kept for the terminator, which _vsnwprintf leaves out when
   // the text fills the count exactly.
   const _locale_t locale = AnsiLocale();
@@ -33,5 +32,7 @@ int format_wide(wchar_t* buffer, std::size_t capacity, const wchar_t* format, va
   buffer[n >= 0 ? n : capacity - 1] = 0;
   return n;
 }
+
+}  // namespace native
 
 }  // namespace korvalen::platform

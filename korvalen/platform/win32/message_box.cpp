@@ -3,10 +3,13 @@
 
 #include <windows.h>
 
-namespace korvalen::platform {
+namespace korvalen::platform::native {
 
-int show_message_box(const wchar_t* text, const wchar_t* caption, unsigned style) {
-  return MessageBoxW(nullptr, text != nullptr ? text : L"", caption, style);
+std::error_code show_message_box(const wchar_t* text, const wchar_t* caption, unsigned style,
+                                 int& answer) {
+  answer = MessageBoxW(nullptr, text, caption, style);
+  if (answer != 0) return {};
+  return std::error_code(static_cast<int>(GetLastError()), std::system_category());
 }
 
-}  // namespace korvalen::platform
+}  // namespace korvalen::platform::native

@@ -2,10 +2,10 @@
 // is installed on.
 #include "../command_line.h"
 
-#include "../text_output.h"
+#include "korvalen/platform/internal/utf8.h"
 
 namespace korvalen::tool {
 
-std::wstring argument_text(const std::string& argument) { return from_utf8(argument); }
+std::wstring argument_text(const std::string& argument) { return platform::from_utf8(argument); }
 
 }  // namespace korvalen::tool
