@@ -6,6 +6,7 @@
 #include <vector>
 
 #include "korvalen/foundation/file_system.h"
+#include "korvalen/foundation/internal/arguments.h"
 #include "korvalen/foundation/internal/typed_list.h"
 #include "korvalen/foundation/streams.h"
 #include "korvalen/foundation/string_functions.h"
@@ -26,7 +27,7 @@ constexpr int kCopyBlockBytes = 2048;
 constexpr int kProgramNameChars = 1024;
 constexpr const wchar_t* kDatabaseParts[] = {L"General", L"Nestings", L"Products"};
 
-std::wstring Text(const wchar_t* text) { return text != nullptr ? text : L""; }
+std::wstring Text(const wchar_t* text) { return korvalen::detail::or_empty(text); }
 
 void Clear(wchar_t* text) {
   if (text != nullptr) text[0] = 0;

@@ -5,6 +5,7 @@
 #include "korvalen/foundation/internal/arguments.h"
 #include "korvalen/platform/internal/text_case.h"
 
+using korvalen::detail::or_empty;
 using korvalen::detail::WideArg;
 using korvalen::detail::WorkCopy;
 
@@ -71,14 +72,14 @@ int StrCmp(const wchar_t* a, const char* b) { return StrCmp(a, WideArg(b).get())
 int StrCmp(const char* a, const char* b) { return StrCmp(WideArg(a).get(), WideArg(b).get()); }
 
 int StriCmp(const wchar_t* a, const wchar_t* b) {
-  return korvalen::platform::compare_no_case(a != nullptr ? a : L"", b != nullptr ? b : L"");
+  return korvalen::platform::compare_no_case(or_empty(a), or_empty(b));
 }
 int StriCmp(const char* a, const wchar_t* b) { return StriCmp(WideArg(a).get(), b); }
 int StriCmp(const wchar_t* a, const char* b) { return StriCmp(a, WideArg(b).get()); }
 int StriCmp(const char* a, const char* b) { return StriCmp(WideArg(a).get(), WideArg(b).get()); }
 
 int StrnCmp(const wchar_t* a, const wchar_t* b, std::size_t count) {
-  return std::wcsncmp(a != nullptr ? a : L"", b != nullptr ? b : L"", count);
+  return std::wcsncmp(or_empty(a), or_empty(b), count);
 }
 int StrnCmp(const char* a, const wchar_t* b, std::size_t count) {
   return StrnCmp(WideArg(a).get(), b, count);
@@ -125,7 +126,7 @@ wchar_t* StrStr(const char* text, const char* search) {
 
 std::size_t StrCspn(const wchar_t* text, const wchar_t* set) {
   if (text == nullptr) return 0;
-  return std::wcscspn(text, set != nullptr ? set : L"");
+  return std::wcscspn(text, or_empty(set));
 }
 std::size_t StrCspn(const char* text, const wchar_t* set) {
   return StrCspn(WideArg(text).get(), set);

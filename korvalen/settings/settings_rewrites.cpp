@@ -7,11 +7,14 @@
 #include "korvalen/config/config_writer.h"
 #include "korvalen/config/internal/record_walk.h"
 #include "korvalen/foundation/file_system.h"
+#include "korvalen/foundation/internal/arguments.h"
 #include "korvalen/foundation/streams.h"
 #include "korvalen/foundation/string_functions.h"
 #include "korvalen/platform/internal/files.h"
 
 namespace {
+
+using korvalen::detail::or_empty;
 
 constexpr const wchar_t* kIdentificationFile = L"MIRSELID.CFG";
 constexpr const wchar_t* kIdentificationWork = L"AUXMRSID.CFG";
@@ -53,7 +56,7 @@ void LeerCfgMirselId(int& flag, wchar_t* text) {
 }
 
 void EscribirCfgMirselId(int flag, const wchar_t* text) {
-  text = text != nullptr ? text : L"";
+  text = or_empty(text);
   FILE* in = fOpen(kIdentificationFile, L"rt");
   if (in == nullptr) return;
   FILE* out = fOpen(kIdentificationWork, L"wt");

@@ -8,11 +8,14 @@
 #include "korvalen/foundation/file_names.h"
 #include "korvalen/foundation/file_system.h"
 #include "korvalen/foundation/formatted_output.h"
+#include "korvalen/foundation/internal/arguments.h"
 #include "korvalen/foundation/number_functions.h"
 #include "korvalen/foundation/streams.h"
 #include "korvalen/foundation/string_functions.h"
 
 namespace {
+
+using korvalen::detail::or_empty;
 
 constexpr const wchar_t* kParamFile = L"param.sys";
 constexpr const wchar_t* kPackagingFile = L"PEQUENO.SYS";
@@ -162,7 +165,7 @@ void EscribirPequeno(int first_value, const wchar_t* box_file, int second_value)
   FILE* f = fOpen(kPackagingFile, L"wt");
   if (f == nullptr) return;
   fPrintf(f, L"A000 %d ;\n", first_value);
-  fPrintf(f, L"A001 \"%s\" ;\n", box_file != nullptr ? box_file : L"");
+  fPrintf(f, L"A001 \"%s\" ;\n", or_empty(box_file));
   fPrintf(f, L"A002 %d ;\n", second_value);
   std::fclose(f);
 }

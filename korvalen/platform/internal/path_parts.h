@@ -1,6 +1,8 @@
 // _wmakepath and _wsplitpath: composing and taking apart drive, directory,
 // file name and extension. Parts are bounded by the runtime's limits (3, 256,
-// 256 and 256 characters; 260 for the whole path).
+// 256 and 256 characters; 260 for the whole path). Neither reports failure:
+// what exceeds a limit is cut on POSIX, where the Windows runtime gives empty
+// parts instead.
 #pragma once
 
 namespace korvalen::platform {

@@ -11,26 +11,26 @@
 namespace korvalen::platform {
 namespace {
 
-std::error_code errno_result(errno_t error) {
-  return error == 0 ? std::error_code() : std::error_code(error, std::generic_category());
+// A broken-down time through one of the runtime's secure conversions; the
+// result stays as it was when the runtime refuses the time.
+std::error_code broken_down(errno_t (*convert)(std::tm*, const __time64_t*), long long t,
+                            std::tm& result) {
+  const __time64_t tt = t;
+  std::tm converted;
+  const errno_t error = convert(&converted, &tt);
+  if (error != 0) return std::error_code(error, std::generic_category());
+  result = converted;
+  return {};
 }
 
 }  // namespace
 
 std::error_code local_time(long long t, std::tm& result) {
-  const __time64_t tt = t;
-  std::tm converted;
-  const std::error_code error = errno_result(_localtime64_s(&converted, &tt));
-  if (!error) result = converted;
-  return error;
+  return broken_down(_localtime64_s, t, result);
 }
 
 std::error_code utc_time(long long t, std::tm& result) {
-  const __time64_t tt = t;
-  std::tm converted;
-  const std::error_code error = errno_result(_gmtime64_s(&converted, &tt));
-  if (!error) result = converted;
-  return error;
+  return broken_down(_gmtime64_s, t, result);
 }
 
 std::error_code make_time(std::tm& tm, long long& t) {
