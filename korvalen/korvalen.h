@@ -11,6 +11,7 @@
 #include "korvalen/diagnostics/error_files.h"
 #include "korvalen/diagnostics/trace_messages.h"
 #include "korvalen/diagnostics/unique_name.h"
+#include "korvalen/drawing/xml_documents.h"
 #include "korvalen/foundation/clock_functions.h"
 #include "korvalen/foundation/directory_iteration.h"
 #include "korvalen/foundation/file_names.h"

@@ -33,11 +33,12 @@ trap 'rm -rf "$work"' EXIT
 
 # --- the list -----------------------------------------------------------------
 # One line per name: mark, name, and "C" when it must have C linkage.
-awk -v file="$list" '
+awk -v file="$list" -v format="$format" '
   /^[[:space:]]*(#|$)/ { next }
   {
     line = $0
     c = (line ~ /#.*extern "C"/) ? "C" : "-"
+    posix_only = (line ~ /#.*POSIX only/)
     sub(/[[:space:]]*#.*/, "", line)
     n = split(line, f, /[[:space:]]+/)
     if (n != 2 || (f[1] != "+" && f[1] != "-") || f[2] !~ /^[A-Za-z_][A-Za-z0-9_]*$/) {
@@ -49,6 +50,9 @@ awk -v file="$list" '
       bad = 1; next
     }
     seen[f[2]] = 1
+    # What the library gives only where the system does not: not exported on
+    # Windows, where the system has it.
+    if (posix_only && format == "pe") f[1] = "-"
     print f[1], f[2], c
   }
   END { exit bad }' "$list" >"$work/list" || { echo "check_exports: malformed list" >&2; exit 1; }
