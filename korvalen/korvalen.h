@@ -26,6 +26,8 @@
 #include "korvalen/foundation/string_resources.h"
 #include "korvalen/foundation/text_conversion.h"
 #include "korvalen/foundation/time_and_rounding.h"
+#include "korvalen/settings/database_connection.h"
 #include "korvalen/settings/material_reference.h"
+#include "korvalen/settings/product_settings.h"
 #include "korvalen/settings/settings_rewrites.h"
 #include "korvalen/settings/system_parameters.h"

@@ -1,7 +1,6 @@
 #include "korvalen/settings/settings_rewrites.h"
 
 #include <cstdio>
-#include <cstdlib>
 
 #include "korvalen/config/config_reader.h"
 #include "korvalen/config/config_writer.h"
@@ -11,6 +10,7 @@
 #include "korvalen/foundation/streams.h"
 #include "korvalen/foundation/string_functions.h"
 #include "korvalen/platform/internal/files.h"
+#include "korvalen/settings/internal/long_text_field.h"
 
 namespace {
 
@@ -20,26 +20,6 @@ constexpr const wchar_t* kIdentificationFile = L"MIRSELID.CFG";
 constexpr const wchar_t* kIdentificationWork = L"AUXMRSID.CFG";
 constexpr const wchar_t* kProcessFile = L"MIRSELIN.CNI";
 constexpr const wchar_t* kProcessWork = L"AUXMRSIN.AUX";
-
-// A003 := text. When the quoted text does not fit the record as it stands, the
-// record is rebuilt at the length it needs: its head up to the field and the
-// quoted text, without the terminator.
-void WriteIdentificationText(FILE* out, wchar_t* line, int cursor, const wchar_t* text) {
-  const int length = StrLen(text);
-  if (length + cursor + 4 > StrLen(line)) {
-    // The head (cursor + 1 characters at most), two quotes, the text and the
-    // terminator.
-    const std::size_t chars = static_cast<std::size_t>(length) + cursor + 4;
-    if (auto* rebuilt = static_cast<wchar_t*>(std::malloc(chars * sizeof(wchar_t)))) {
-      EscribirUnTextoLargo(line, rebuilt, cursor, text);
-      EscribirLineaEnFichero(out, rebuilt);
-      std::free(rebuilt);
-      return;
-    }
-  }
-  EscribirUnTexto(line, cursor, text);
-  EscribirLineaEnFichero(out, line);
-}
 
 }  // namespace
 
@@ -69,7 +49,7 @@ void EscribirCfgMirselId(int flag, const wchar_t* text) {
         if (type == L'A' && index == 2) {
           EscribirSIoNO(line, cursor, flag);
         } else if (type == L'A' && index == 3) {
-          WriteIdentificationText(out, line, cursor, text);
+          korvalen::detail::write_long_text_field(out, line, cursor, text);
           return;
         }
         EscribirLineaEnFichero(out, line);
