@@ -12,6 +12,7 @@
 namespace {
 
 using korvalen::testing::RunningUnderWine;
+using korvalen::testing::Utf16Le;
 using korvalen::testing::WriteBytes;
 
 class XmlDocumentsTest : public korvalen::testing::TempDirTest {};
@@ -25,15 +26,6 @@ std::wstring Take(BSTR value) {
 
 std::wstring Value(const IXMLDOMNodePtr& node, const wchar_t* name) {
   return Take(GetAttributeValue(node, name));
-}
-
-std::string Utf16Le(const std::wstring& text) {
-  std::string bytes = "\xFF\xFE";
-  for (const wchar_t c : text) {
-    bytes += static_cast<char>(c & 0xFF);
-    bytes += static_cast<char>((c >> 8) & 0xFF);
-  }
-  return bytes;
 }
 
 TEST_F(XmlDocumentsTest, OpensTheEncodingsOfTheSuitesFiles) {

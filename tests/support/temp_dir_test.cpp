@@ -57,6 +57,15 @@ bool Exists(const std::string& name) {
   return std::filesystem::exists(name, ignored);
 }
 
+std::string Utf16Le(const std::wstring& text) {
+  std::string bytes = "\xFF\xFE";
+  for (const wchar_t c : text) {
+    bytes += static_cast<char>(c & 0xFF);
+    bytes += static_cast<char>((c >> 8) & 0xFF);
+  }
+  return bytes;
+}
+
 bool RunningUnderWine() {
 #if defined(_WIN32)
   HMODULE ntdll = GetModuleHandleW(L"ntdll.dll");

@@ -26,6 +26,9 @@ std::string ReadBytes(const std::string& name);
 void WriteBytes(const std::string& name, const std::string& bytes);
 bool Exists(const std::string& name);
 
+// The text as UTF-16LE with a byte-order mark: the settings documents' bytes.
+std::string Utf16Le(const std::wstring& text);
+
 // True when the tests run as Windows programs under Wine.
 bool RunningUnderWine();
 
