@@ -1,0 +1,23 @@
+// Shared by the settings tests: the bytes of CR LF lines as the text-mode
+// writers leave them, and text records as the suite lays them out.
+#pragma once
+
+#include <string>
+#include <vector>
+
+namespace korvalen::testing {
+
+inline std::string Lines(const std::vector<std::string>& lines) {
+  std::string out;
+  for (const std::string& l : lines) out += l + "\r\n";
+  return out;
+}
+
+// A text record as the suite writes it: the terminator in column 77.
+inline std::string TextRecord(const std::string& head, const std::string& value) {
+  std::string r = head + " \"" + value + "\"";
+  if (r.size() < 76) r.append(76 - r.size(), ' ');
+  return r + ";";
+}
+
+}  // namespace korvalen::testing
