@@ -13,9 +13,8 @@
 namespace {
 
 using korvalen::testing::Exists;
-using korvalen::testing::Lines;
 using korvalen::testing::ReadBytes;
-using korvalen::testing::TextRecord;
+using korvalen::testing::Records;
 using korvalen::testing::WriteBytes;
 
 class MachineParameters : public korvalen::testing::TempDirTest {};
@@ -32,16 +31,16 @@ std::wstring Read() {
   return out + L"|" + std::to_wstring(a009);
 }
 
-const std::string kHeader =
-    Lines({"#--------------------------------------------------------------------#",
-           "# CFGSMACH Aplication launch parameters                              #",
-           "#--------------------------------------------------------------------#"});
+const std::string kHeader = Records(
+    "#--------------------------------------------------------------------#|"
+    "# CFGSMACH Aplication launch parameters                              #|"
+    "#--------------------------------------------------------------------#");
 
 TEST_F(MachineParameters, NewFileThenRewrites) {
   EXPECT_EQ(Read(), L"1 0 800 600||||||0");
   WriteCfgsMachParameters(1, 1024, 768);
   EXPECT_EQ(ReadBytes("CFGSMACH.CFG"),
-            kHeader + Lines({"A000 1", "A001 ON", "A002 1024", "A003 768", "A004 CFGSMACH.OPC"}));
+            kHeader + Records("A000 1|A001 ON|A002 1024|A003 768|A004 CFGSMACH.OPC"));
   // The bare A004 of a new file reads as no text.
   EXPECT_EQ(Read(), L"1 1 1024 768||||||0");
   // Switch ON keeps the dimensions; OFF writes them within the room the
@@ -49,25 +48,22 @@ TEST_F(MachineParameters, NewFileThenRewrites) {
   WriteCfgsMachParameters(1, 1, 2);
   WriteCfgsMachParameters(0, 12345, 5);
   EXPECT_EQ(ReadBytes("CFGSMACH.CFG"),
-            kHeader + Lines({"A000 1", "A001 OF", "A002 1234", "A003 5  ", "A004 CFGSMACH.OPC"}));
+            kHeader + Records("A000 1|A001 OF|A002 1234|A003 5  |A004 CFGSMACH.OPC"));
   EXPECT_EQ(Read(), L"1 0 1234 5||||||0");
   EXPECT_FALSE(Exists("AUXCFGSMACH.CFG"));
 }
 
 TEST_F(MachineParameters, RecordsOfAnExistingFile) {
-  WriteBytes("CFGSMACH.CFG",
-             Lines({"A009 3 ;", "", "A001 OFF ;", "A002 1 ;", "A002 900   ;", "A003 700   ;",
-                    TextRecord("A004", "M.OPC"), TextRecord("A005", "L.OPC"),
-                    TextRecord("A006", "P.OPC"), TextRecord("A007", "Z.OPC"),
-                    TextRecord("A008", "A.OPC"), "A010 5 ;", "B001 ON ;", "   "}));
+  const std::string texts = Records(
+      "A004 \"M.OPC\" ;|A005 \"L.OPC\" ;|A006 \"P.OPC\" ;|A007 \"Z.OPC\" ;|A008 \"A.OPC\" ;");
+  WriteBytes("CFGSMACH.CFG", Records("A009 3 ;||A001 OFF ;|A002 1 ;|A002 900   ;|A003 700   ;") +
+                                 texts + Records("A010 5 ;|B001 ON ;|   "));
   EXPECT_EQ(Read(), L"1 0 900 700|M.OPC|L.OPC|P.OPC|Z.OPC|A.OPC|3");
   // A value longer than its room runs over the terminator.
   WriteCfgsMachParameters(0, -40, 1500);
-  EXPECT_EQ(
-      ReadBytes("CFGSMACH.CFG"),
-      Lines({"A009 3 ;", "A001 OFF ;", "A002 -40", "A002 -40   ;", "A003 1500  ;",
-             TextRecord("A004", "M.OPC"), TextRecord("A005", "L.OPC"), TextRecord("A006", "P.OPC"),
-             TextRecord("A007", "Z.OPC"), TextRecord("A008", "A.OPC"), "A010 5 ;", "B001 ON ;"}));
+  EXPECT_EQ(ReadBytes("CFGSMACH.CFG"),
+            Records("A009 3 ;|A001 OFF ;|A002 -40|A002 -40   ;|A003 1500  ;") + texts +
+                Records("A010 5 ;|B001 ON ;"));
 }
 
 TEST_F(MachineParameters, OptionIdentifiers) {

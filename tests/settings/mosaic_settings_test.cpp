@@ -19,8 +19,8 @@
 namespace {
 
 using korvalen::testing::Exists;
-using korvalen::testing::Lines;
 using korvalen::testing::ReadBytes;
+using korvalen::testing::Records;
 using korvalen::testing::TextRecord;
 using korvalen::testing::WriteBytes;
 
@@ -38,31 +38,13 @@ std::vector<std::wstring> Entries(const TipoRegMosaico& s) {
   return out;
 }
 
-const std::string kFile = Lines({"# mosaics",
-                                 "A000 ON ;",
-                                 "A001 ON ;",
-                                 "A002 on ;",
-                                 "A003 OFF ;",
-                                 "A004 ON ;",
-                                 "A005 250   ;",
-                                 "",
-                                 "A006 ON ;",
-                                 "A007 OFF ;",
-                                 "A008 ON ;",
-                                 "A009 OFF ;",
-                                 "A010 ON ;",
-                                 "A011 A ;",
-                                 TextRecord("A012", "twenty characters!!!"),
-                                 "A013 ON ;",
-                                 "A014 7 ;",
-                                 "Z000 \"Rejilla 20x20\" ;",
-                                 "Z001 \"R20\" ;",
-                                 "Z999 ;",
-                                 "Z999",
-                                 "Z000 \"" + std::string(90, 'n') + "\"",
-                                 "Z001 " + std::string(12, 'c'),
-                                 "Z999",
-                                 "Z000 \"pending\""});
+const std::string kFile =
+    Records(
+        "# mosaics|A000 ON ;|A001 ON ;|A002 on ;|A003 OFF ;|A004 ON ;|A005 250   ;||A006 ON ;|"
+        "A007 OFF ;|A008 ON ;|A009 OFF ;|A010 ON ;|A011 A ;") +
+    TextRecord("A012", "twenty characters!!!") +
+    Records("|A013 ON ;|A014 7 ;|Z000 \"Rejilla 20x20\" ;|Z001 \"R20\" ;|Z999 ;|Z999|Z000 \"" +
+            std::string(90, 'n') + "\"|Z001 " + std::string(12, 'c') + "|Z999|Z000 \"pending\"");
 
 TEST_F(MosaicSettings, EveryRecordAndTheEntries) {
   WriteBytes("MOSAICOS.CFG", kFile);
@@ -92,31 +74,13 @@ TEST_F(MosaicSettings, EveryRecordAndTheEntries) {
   EXPECT_EQ(s.entries, nullptr);
   EXPECT_EQ(s.entry_count, 0);
   EXPECT_FALSE(Exists("AUXMOSAICOS.CFG"));
-  EXPECT_EQ(ReadBytes("MOSAICOS.CFG"), Lines({"# mosaics",
-                                              "A000 ON ;",
-                                              "A001 OFF;",
-                                              "A002 ON ;",
-                                              "A003 ON  ;",
-                                              "A004 ON ;",
-                                              "A005 -12345;",
-                                              "A006 ON ;",
-                                              "A007 OFF ;",
-                                              "A008 ON ;",
-                                              "A009 OFF ;",
-                                              "A010 ON ;",
-                                              "A011 2.5",
-                                              TextRecord("A012", "tall"),
-                                              "A013 ON ;",
-                                              "A014 7 ;",
-                                              "Z000 \"Rejilla 20x20\"",
-                                              "Z001 \"R20\"",
-                                              "Z999",
-                                              "Z000 \"\"",
-                                              "Z001 \"\"",
-                                              "Z999",
-                                              "Z000 \"" + std::string(80, 'n') + "\"",
-                                              "Z001 \"cccccccccc\"",
-                                              "Z999"}));
+  EXPECT_EQ(ReadBytes("MOSAICOS.CFG"),
+            Records("# mosaics|A000 ON ;|A001 OFF;|A002 ON ;|A003 ON  ;|A004 ON ;|A005 -12345;|"
+                    "A006 ON ;|A007 OFF ;|A008 ON ;|A009 OFF ;|A010 ON ;|A011 2.5") +
+                TextRecord("A012", "tall") +
+                Records("|A013 ON ;|A014 7 ;|Z000 \"Rejilla 20x20\"|Z001 \"R20\"|Z999|Z000 \"\"|"
+                        "Z001 \"\"|Z999|Z000 \"" +
+                        std::string(80, 'n') + "\"|Z001 \"cccccccccc\"|Z999"));
 }
 
 TEST_F(MosaicSettings, ErrorFlagMissingFileAndBlockedWorkFile) {
@@ -148,7 +112,7 @@ TEST_F(MosaicSettings, TenThousandEntriesWithoutASettingsFile) {
   }
   EscribirCfgMosaicos(s);  // the file gets the entries alone
   const std::string bytes = ReadBytes("MOSAICOS.CFG");
-  const std::string first = Lines({"Z000 \"Mosaico 0\"", "Z001 \"\"", "Z999"});
+  const std::string first = Records("Z000 \"Mosaico 0\"|Z001 \"\"|Z999");
   EXPECT_EQ(bytes.substr(0, first.size()), first);
   int error = 0;
   EXPECT_EQ(LeerCfgMosaicos(s, error), 0);

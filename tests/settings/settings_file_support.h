@@ -12,6 +12,12 @@ inline std::string Lines(const std::vector<std::string>& lines) {
   for (const std::string& l : lines) out += l + "\r\n";
   return out;
 }
+// The same with the lines separated by '|' in one text.
+inline std::string Records(const std::string& lines) {
+  std::string out;
+  for (char c : lines) out += c == '|' ? std::string("\r\n") : std::string(1, c);
+  return out + "\r\n";
+}
 
 // A text record as the suite writes it: the terminator in column 77.
 inline std::string TextRecord(const std::string& head, const std::string& value) {
