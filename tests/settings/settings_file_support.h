@@ -1,18 +1,13 @@
-// Shared by the settings tests: the bytes of CR LF lines as the text-mode
-// writers leave them, and text records as the suite lays them out.
+// Shared by the settings tests: settings files written as one text, and text
+// records as the suite lays them out.
 #pragma once
 
 #include <string>
-#include <vector>
 
 namespace korvalen::testing {
 
-inline std::string Lines(const std::vector<std::string>& lines) {
-  std::string out;
-  for (const std::string& l : lines) out += l + "\r\n";
-  return out;
-}
-// The same with the lines separated by '|' in one text.
+// The bytes of CR LF lines as the text-mode writers leave them, from one text
+// with '|' between the lines.
 inline std::string Records(const std::string& lines) {
   std::string out;
   for (char c : lines) out += c == '|' ? std::string("\r\n") : std::string(1, c);

@@ -16,14 +16,6 @@ constexpr int kParamChars = 257;
 
 bool Exists(const wchar_t* name) { return Access(name, 0) == 0; }
 
-void Field(const wchar_t* label, const std::wstring& value) {
-  wchar_t head[64];
-  sPrintf(head, L"  %-28s", label);
-  std::wstring line = head + value;
-  while (!line.empty() && line.back() == L' ') line.pop_back();
-  print(line + L"\n");
-}
-
 std::wstring Number(int value) { return std::to_wstring(value); }
 std::wstring Switch(int value) { return value != 0 ? L"on" : L"off"; }
 
@@ -34,17 +26,17 @@ void ShowParamSys() {
   const int found = LeerDatosParamSys(language, server, files, shared, units, cp1, cp2, company,
                                       title, wos, backup, style);
   print(found ? L"param.sys\n" : L"param.sys (not found: defaults)\n");
-  Field(L"Language", Number(language));
-  Field(L"Company", company);
-  Field(L"Project title", title);
-  Field(L"WOS title", Switch(wos));
-  Field(L"Server name", server);
-  Field(L"Database files directory", files);
-  Field(L"Shared server directory", shared);
-  Field(L"International units", Switch(units));
-  Field(L"Database file backup", backup);
-  Field(L"Style", style);
-  Field(L"Double-byte code page", cp1 != 0 && cp2 != 0 ? L"yes" : L"no");
+  print_field(L"Language", Number(language));
+  print_field(L"Company", company);
+  print_field(L"Project title", title);
+  print_field(L"WOS title", Switch(wos));
+  print_field(L"Server name", server);
+  print_field(L"Database files directory", files);
+  print_field(L"Shared server directory", shared);
+  print_field(L"International units", Switch(units));
+  print_field(L"Database file backup", backup);
+  print_field(L"Style", style);
+  print_field(L"Double-byte code page", cp1 != 0 && cp2 != 0 ? L"yes" : L"no");
 }
 
 void ShowPackaging() {
@@ -52,9 +44,9 @@ void ShowPackaging() {
   wchar_t box[81];
   LeerPequeno(first, box, second);
   print(Exists(L"PEQUENO.SYS") ? L"PEQUENO.SYS\n" : L"PEQUENO.SYS (not found: defaults)\n");
-  Field(L"A000", Number(first));
-  Field(L"Box file (A001)", box);
-  Field(L"A002", Number(second));
+  print_field(L"A000", Number(first));
+  print_field(L"Box file (A001)", box);
+  print_field(L"A002", Number(second));
 }
 
 void ShowVersion() {
@@ -65,10 +57,10 @@ void ShowVersion() {
   int out[7] = {};
   DameVersionYServicePack(out[0], out[1], out[2], out[3], out[4], out[5], out[6]);
   print(L"SERVPACK.DTS\n");
-  Field(L"Version", Number(out[0]) + L"." + Number(out[1]));
-  Field(L"Service pack", Number(out[2]));
-  Field(L"Further values",
-        Number(out[3]) + L" " + Number(out[4]) + L" " + Number(out[5]) + L" " + Number(out[6]));
+  print_field(L"Version", Number(out[0]) + L"." + Number(out[1]));
+  print_field(L"Service pack", Number(out[2]));
+  print_field(L"Further values", Number(out[3]) + L" " + Number(out[4]) + L" " + Number(out[5]) +
+                                     L" " + Number(out[6]));
 }
 
 }  // namespace

@@ -61,4 +61,12 @@ void print(const std::wstring& text) {
   std::fwrite(bytes.data(), 1, bytes.size(), stdout);
 }
 
+void print_field(const std::wstring& label, const std::wstring& value) {
+  std::wstring line = L"  " + label;
+  if (line.size() < 30) line.resize(30, L' ');
+  line += value;
+  while (!line.empty() && line.back() == L' ') line.pop_back();
+  print(line + L"\n");
+}
+
 }  // namespace korvalen::tool
