@@ -116,7 +116,7 @@ void WriteCfgsMachParameters(int switch_on, LONG a002, LONG a003) {
   korvalen::platform::replace_file(kParametersWork, kParametersFile);
 }
 
-int LeerEstadoOpt(wchar_t* line, int& position, int& state) {
+int LeerEstadoOpt(const wchar_t* line, int& position, int& state) {
   if (line == nullptr) return 0;
   const int length = StrLen(line);
   int i = position < 0 ? 0 : position;

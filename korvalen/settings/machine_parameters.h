@@ -41,7 +41,7 @@ KORVALEN_API void WriteCfgsMachParameters(int switch_on, LONG a002, LONG a003);
 // The next word of an option record from position on: 0 when it is the
 // terminator ";" (state untouched), else state := its integer value and 1.
 // A record without a terminator gives 1 and state 0 at its end.
-KORVALEN_API int LeerEstadoOpt(wchar_t* line, int& position, int& state);
+KORVALEN_API int LeerEstadoOpt(const wchar_t* line, int& position, int& state);
 
 // The option identifier of an (option group, item) pair of the machine
 // configuration, into id (kCfgOptionIDChars): groups 1 and 2 are "21 n"
