@@ -8,7 +8,6 @@
 #include "korvalen/foundation/formatted_output.h"
 #include "korvalen/foundation/streams.h"
 #include "korvalen/foundation/string_functions.h"
-#include "korvalen/platform/internal/files.h"
 
 namespace {
 
@@ -88,20 +87,10 @@ void ReadCfgsMachParameters(int& a000, int& a001, LONG& a002, LONG& a003, wchar_
 }
 
 void WriteCfgsMachParameters(int switch_on, LONG a002, LONG a003) {
-  FILE* in = fOpen(kParametersFile, L"rt");
-  if (in == nullptr) {
-    CreateParametersFile(switch_on, a002, a003);
-    return;
-  }
-  FILE* out = fOpen(kParametersWork, L"wt");
-  if (out == nullptr) {
-    std::fclose(in);
-    return;
-  }
   int first = static_cast<int>(a002);
   int second = static_cast<int>(a003);
-  korvalen::detail::for_each_line<korvalen::kCfgLineChars>(
-      in, [&](wchar_t* line, wchar_t type, int index, int cursor) {
+  const bool rewritten = korvalen::detail::rewrite_records<korvalen::kCfgLineChars>(
+      kParametersFile, kParametersWork, [&](wchar_t* line, wchar_t type, int index, int cursor) {
         if (type == L'A' && index == 1) {
           EscribirSIoNO(line, cursor, switch_on);
         } else if (type == L'A' && index == 2 && switch_on == 0) {
@@ -109,11 +98,8 @@ void WriteCfgsMachParameters(int switch_on, LONG a002, LONG a003) {
         } else if (type == L'A' && index == 3 && switch_on == 0) {
           EscribirUnEntero(line, cursor, second);
         }
-        EscribirLineaEnFichero(out, line);
       });
-  std::fclose(in);
-  std::fclose(out);
-  korvalen::platform::replace_file(kParametersWork, kParametersFile);
+  if (!rewritten) CreateParametersFile(switch_on, a002, a003);
 }
 
 int LeerEstadoOpt(const wchar_t* line, int& position, int& state) {

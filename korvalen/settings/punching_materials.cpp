@@ -1,13 +1,8 @@
 #include "korvalen/settings/punching_materials.h"
-
-#include <cstdio>
-
 #include "korvalen/config/config_reader.h"
 #include "korvalen/config/config_writer.h"
 #include "korvalen/config/internal/record_walk.h"
 #include "korvalen/foundation/internal/arguments.h"
-#include "korvalen/foundation/streams.h"
-#include "korvalen/platform/internal/files.h"
 #include "korvalen/settings/internal/product_settings_file.h"
 
 namespace {
@@ -73,29 +68,17 @@ void LeerDatosCfgPnzMat(int& a348, int& a349, int& a350, int& a380, int& a381, i
 
 void EscribirDatosCfgPnzMat(int a348, int a349, int a350, int a380, int a381, int a365, int a382,
                             const double* a338_a342, int a238, int a239, const wchar_t* a362) {
-  FILE* in = fOpen(kProductSettingsFile, L"rt");
-  if (in == nullptr) return;
-  FILE* out = fOpen(kPunchingWork, L"wt");
-  if (out == nullptr) {
-    std::fclose(in);
-    return;
-  }
   const Integers integers = IntegersOf(a238, a239, a348, a349, a350, a365, a380, a381, a382);
-  korvalen::detail::for_each_line<korvalen::kCfgLongLineChars>(
-      in, [&](wchar_t* line, wchar_t type, int index, int cursor) {
-        if (type == L'A') {
-          if (int* value = integers.find(index)) {
-            EscribirUnEntero(line, cursor, *value);
-          } else if (IsReal(index) && a338_a342 != nullptr) {
-            double value = a338_a342[index - kFirstReal];
-            EscribirUnReal(line, cursor, value);
-          } else if (index == kText) {
-            EscribirUnTexto(line, cursor, korvalen::detail::or_empty(a362));
-          }
+  korvalen::detail::rewrite_records<korvalen::kCfgLongLineChars>(
+      kProductSettingsFile, kPunchingWork, [&](wchar_t* line, wchar_t type, int index, int cursor) {
+        if (type != L'A') return;
+        if (int* value = integers.find(index)) {
+          EscribirUnEntero(line, cursor, *value);
+        } else if (IsReal(index) && a338_a342 != nullptr) {
+          double value = a338_a342[index - kFirstReal];
+          EscribirUnReal(line, cursor, value);
+        } else if (index == kText) {
+          EscribirUnTexto(line, cursor, korvalen::detail::or_empty(a362));
         }
-        EscribirLineaEnFichero(out, line);
       });
-  std::fclose(in);
-  std::fclose(out);
-  korvalen::platform::replace_file(kPunchingWork, kProductSettingsFile);
 }
