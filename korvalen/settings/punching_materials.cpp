@@ -1,4 +1,5 @@
 #include "korvalen/settings/punching_materials.h"
+
 #include "korvalen/config/config_reader.h"
 #include "korvalen/config/config_writer.h"
 #include "korvalen/config/internal/record_walk.h"
