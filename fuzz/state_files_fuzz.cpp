@@ -38,8 +38,9 @@ struct WorkDirectory {
 };
 
 constexpr const char* kFiles[] = {
-    "param.sys",    "PEQUENO.SYS",  "SERVPACK.DTS", "MIRSELID.CFG", "MIRSELPR.CFG", "MIRSELIN.CNI",
-    "UNIDADES.CFG", "ORDENACT.SYS", "DIRBDACT.SYS", "LSPINOOF.SYS", "LISTOFS.SYS",  "CHGCHAPA.SYS",
+    "param.sys",    "PEQUENO.SYS",  "SERVPACK.DTS", "MIRSELID.CFG", "MIRSELPR.CFG",
+    "MIRSELIN.CNI", "UNIDADES.CFG", "ORDENACT.SYS", "DIRBDACT.SYS", "LSPINOOF.SYS",
+    "LISTOFS.SYS",  "CHGCHAPA.SYS", "CFGSMACH.CFG", "MOSAICOS.CFG",
 };
 
 void WriteFile(const char* name, const std::string& bytes) {
@@ -78,6 +79,35 @@ void ReadInstallation() {
     LeerPunUnidades(units_table, 1);
     LeerPunUnidades(units_table, 2);
     LiberaPunUnidades(units_table);
+  }
+}
+
+// The machine parameter set, the mosaics (the list rewritten, which frees it)
+// and the punching records.
+void ReadAndRewriteMachineSettings(int number, const std::wstring& text) {
+  int a000, a001, a009;
+  LONG a002, a003;
+  Chars t[5] = {Make(81), Make(81), Make(81), Make(81), Make(81)};
+  ReadCfgsMachParameters(a000, a001, a002, a003, t[0].get(), t[1].get(), t[2].get(), t[3].get(),
+                         t[4].get(), a009);
+  WriteCfgsMachParameters(number & 1, number, number / 3);
+  TipoRegMosaico mosaics;
+  int error = number & 2;
+  LeerCfgMosaicos(mosaics, error);
+  EscribirCfgMosaicos(mosaics);
+  int p[9] = {};
+  double reals[5] = {};
+  Chars material = Make(501);
+  LeerDatosCfgPnzMat(p[0], p[1], p[2], p[3], p[4], p[5], p[6], reals, p[7], p[8], material.get());
+  EscribirDatosCfgPnzMat(number, 1, 2, 3, 4, 5, number, reals, 6, 7, text.c_str());
+  Chars id = Make(kCfgOptionIDChars);
+  GetCfgOptionID(number % 10, number / 10 % 10, id.get());
+  std::wstring record = text;
+  int position = number % 8, state = 0;
+  // Past the end of a record without a terminator every word reads as 0.
+  for (int i = 0; i < 1000; ++i) {
+    if (LeerEstadoOpt(record.data(), position, state) == 0) break;
+    if (position >= static_cast<int>(record.size())) break;
   }
 }
 
@@ -120,6 +150,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
   GenerarFicheroDeOFActiva(key.c_str(), value.c_str());
   GenerarFicheroDeLstPieSinOF(value.c_str());
   GenerarFicheroDeDirBDActiva(key.c_str());
+  ReadAndRewriteMachineSettings(number, value);
   ReadInstallation();
   ReadWorkOrderState();
   return 0;

@@ -12,6 +12,7 @@
 #include "korvalen/foundation/number_functions.h"
 #include "korvalen/foundation/streams.h"
 #include "korvalen/foundation/string_functions.h"
+#include "korvalen/settings/internal/product_settings_file.h"
 
 namespace {
 
@@ -20,7 +21,6 @@ using korvalen::detail::or_empty;
 constexpr const wchar_t* kParamFile = L"param.sys";
 constexpr const wchar_t* kPackagingFile = L"PEQUENO.SYS";
 constexpr const wchar_t* kVersionFile = L"SERVPACK.DTS";
-constexpr const wchar_t* kProductFile = L"MIRSELPR.CFG";
 
 constexpr int kParamValueChars = 256;
 constexpr int kLanguageFallback = 3;
@@ -125,7 +125,8 @@ int LeerDatosParamSys(int& language, wchar_t* server_name, wchar_t* database_fil
 
 void LeerSiOpcBasicas(int& basic_options) {
   korvalen::detail::for_each_record<korvalen::kCfgLongLineChars>(
-      kProductFile, [&](wchar_t* line, wchar_t type, int index, int& cursor) {
+      korvalen::detail::kProductSettingsFile,
+      [&](wchar_t* line, wchar_t type, int index, int& cursor) {
         if (type != L'A' || index != 302) return true;
         LeerSIoNO(line, cursor, basic_options);
         return false;

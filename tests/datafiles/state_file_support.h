@@ -1,5 +1,5 @@
-// Shared by the state-file tests: the bytes of CR LF lines as the text-mode
-// writers leave them, and a name list that checks its links and frees itself.
+// Shared by the state-file tests: a name list that checks its links and frees
+// itself.
 #pragma once
 
 #include <gtest/gtest.h>
@@ -11,12 +11,6 @@
 #include "korvalen/foundation/record_list.h"
 
 namespace korvalen::testing {
-
-inline std::string Lines(const std::vector<std::string>& lines) {
-  std::string out;
-  for (const std::string& l : lines) out += l + "\r\n";
-  return out;
-}
 
 struct NameList {
   TRegListaNombre* first = nullptr;

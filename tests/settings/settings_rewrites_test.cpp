@@ -10,28 +10,18 @@
 #include <string>
 #include <vector>
 
+#include "settings_file_support.h"
 #include "temp_dir_test.h"
 
 namespace {
 
 using korvalen::testing::Exists;
+using korvalen::testing::Lines;
 using korvalen::testing::ReadBytes;
+using korvalen::testing::TextRecord;
 using korvalen::testing::WriteBytes;
 
 class SettingsRewrites : public korvalen::testing::TempDirTest {};
-
-std::string Lines(const std::vector<std::string>& lines) {
-  std::string out;
-  for (const std::string& l : lines) out += l + "\r\n";
-  return out;
-}
-
-// A text record as the suite writes it: the terminator in column 77.
-std::string TextRecord(const std::string& head, const std::string& value) {
-  std::string r = head + " \"" + value + "\"";
-  if (r.size() < 76) r.append(76 - r.size(), ' ');
-  return r + ";";
-}
 
 // --- identification settings --------------------------------------------------------
 

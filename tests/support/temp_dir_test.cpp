@@ -42,6 +42,12 @@ void TempDirTest::TearDown() {
   std::filesystem::remove_all(dir_, ignored);
 }
 
+std::string Lines(const std::vector<std::string>& lines) {
+  std::string out;
+  for (const std::string& l : lines) out += l + "\r\n";
+  return out;
+}
+
 std::string ReadBytes(const std::string& name) {
   std::ifstream in(name, std::ios::binary);
   return std::string(std::istreambuf_iterator<char>(in), std::istreambuf_iterator<char>());

@@ -6,6 +6,7 @@
 
 #include <filesystem>
 #include <string>
+#include <vector>
 
 namespace korvalen::testing {
 
@@ -25,6 +26,8 @@ class TempDirTest : public ::testing::Test {
 std::string ReadBytes(const std::string& name);
 void WriteBytes(const std::string& name, const std::string& bytes);
 bool Exists(const std::string& name);
+// The bytes of CR LF lines as the text-mode writers leave them.
+std::string Lines(const std::vector<std::string>& lines);
 
 // The text as UTF-16LE with a byte-order mark: the settings documents' bytes.
 std::string Utf16Le(const std::wstring& text);

@@ -14,7 +14,9 @@
 #include <cstdio>
 
 #include "korvalen/config/config_reader.h"
+#include "korvalen/config/config_writer.h"
 #include "korvalen/foundation/streams.h"
+#include "korvalen/platform/internal/files.h"
 
 namespace korvalen::detail {
 
@@ -66,6 +68,30 @@ bool for_each_record(const wchar_t* file_name, Visit visit) {
     return type == L'#' || visit(line, type, index, cursor);
   });
   std::fclose(in);
+  return true;
+}
+
+// An in-place rewrite through a work file: edit(line, type, index, cursor)
+// may change each line of the file (as for_each_line gives them, so blank
+// lines are dropped) before it is written to the work file, which then
+// replaces the file. Returns false when the file does not open; when the work
+// file cannot be created the file stays as it is.
+template <int kChars, typename Edit>
+bool rewrite_records(const wchar_t* file_name, const wchar_t* work_name, Edit edit) {
+  FILE* in = fOpen(file_name, L"rt");
+  if (in == nullptr) return false;
+  FILE* out = fOpen(work_name, L"wt");
+  if (out == nullptr) {
+    std::fclose(in);
+    return true;
+  }
+  for_each_line<kChars>(in, [&](wchar_t* line, wchar_t type, int index, int cursor) {
+    edit(line, type, index, cursor);
+    EscribirLineaEnFichero(out, line);
+  });
+  std::fclose(in);
+  std::fclose(out);
+  platform::replace_file(work_name, file_name);
   return true;
 }
 
