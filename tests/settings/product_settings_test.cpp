@@ -15,6 +15,7 @@
 #include <string>
 
 #include "korvalen/drawing/xml_documents.h"
+#include "settings_file_support.h"
 #include "temp_dir_test.h"
 
 namespace {
@@ -25,16 +26,14 @@ using korvalen::testing::RunningUnderWine;
 using korvalen::testing::Utf16Le;
 using korvalen::testing::WriteBytes;
 
+// A text record line as the suite writes it.
+std::string Record(const std::string& head, const std::string& value) {
+  return korvalen::testing::TextRecord(head, value) + "\r\n";
+}
+
 class ProductSettings : public korvalen::testing::TempDirTest {};
 
 constexpr const wchar_t* kDeclaration = L"<?xml version=\"1.0\" encoding=\"Unicode\"?>\r\n";
-
-// A text record as the suite writes it: the terminator in column 77.
-std::string TextRecord(const std::string& head, const std::string& value) {
-  std::string r = head + " \"" + value + "\"";
-  if (r.size() < 76) r.append(76 - r.size(), ' ');
-  return r + ";\r\n";
-}
 
 std::wstring Attribute(const wchar_t* file, const wchar_t* name) {
   BSTR value = GetAttributeValue(GetXMLMainNodeObjectFromFile(file), name);
@@ -84,15 +83,15 @@ TEST_F(ProductSettings, ConnectionUpdateRewritesTheProcessRecords) {
   WriteBytes("iVortan.cfg", "<?xml version=\"1.0\" encoding=\"UTF-8\"?><LNKCFGPAR UsrName=\"u\"/>");
   // Empty lines go; a line of blanks keeps the type of the record before it
   // and stays.
-  WriteBytes("MIRSELIN.CNI", "# connection\r\n\r\n" + TextRecord("R001", "old server") +
-                                 TextRecord("A001", "Talleres") + "   \r\n" +
-                                 TextRecord("R002", "old db") + TextRecord("R003", "old user") +
-                                 TextRecord("R004", "keep"));
+  WriteBytes("MIRSELIN.CNI", "# connection\r\n\r\n" + Record("R001", "old server") +
+                                 Record("A001", "Talleres") + "   \r\n" +
+                                 Record("R002", "old db") + Record("R003", "old user") +
+                                 Record("R004", "keep"));
   ActualizaParametrosConexion(L"ADMIN", L"DBHOST", L"Planta2");
   EXPECT_EQ(ReadBytes("MIRSELIN.CNI"),
-            "# connection\r\n" + TextRecord("R001", "DBHOST") + TextRecord("A001", "Talleres") +
-                "   \r\n" + TextRecord("R002", "Planta2") + TextRecord("R003", "ADMIN") +
-                TextRecord("R004", "keep"));
+            "# connection\r\n" + Record("R001", "DBHOST") + Record("A001", "Talleres") +
+                "   \r\n" + Record("R002", "Planta2") + Record("R003", "ADMIN") +
+                Record("R004", "keep"));
   EXPECT_EQ(Attribute(L"iVortan.cfg", L"UsrName"), L"ADMIN");
   EXPECT_EQ(Attribute(L"iVortan.cfg", L"SvrName"), L"DBHOST");
   EXPECT_EQ(Attribute(L"iVortan.cfg", L"DBName"), L"Planta2");
@@ -128,12 +127,12 @@ TEST_F(ProductSettings, MigratesParamSysOnce) {
       "[Language]\r\n4\r\n[Server name]\r\nSRV\r\n[Database files directory]\r\nD:\\Bases\r\n"
       "[Database file backup]\r\nD:\\Copias\\Planta2.bak\r\n[International units]\r\n0\r\n"
       "[System CodePage]\r\n932\r\n[Project title]\r\nCorte\r\n");
-  WriteBytes("MIRSELIN.CNI", "A000 1 ;\r\n" + TextRecord("R001", "x"));
+  WriteBytes("MIRSELIN.CNI", "A000 1 ;\r\n" + Record("R001", "x"));
   std::filesystem::create_directory("DefPer");
   TratamientoFicherosConfiguracion();
   EXPECT_FALSE(Exists("param.sys"));
   EXPECT_EQ(ReadBytes("DefPer/iVortan.cfg"), ReadBytes("iVortan.cfg"));
-  EXPECT_EQ(ReadBytes("MIRSELIN.CNI"), "A000 4 ;\r\n" + TextRecord("R001", "SRV"));
+  EXPECT_EQ(ReadBytes("MIRSELIN.CNI"), "A000 4 ;\r\n" + Record("R001", "SRV"));
   const struct {
     const wchar_t* name;
     const wchar_t* value;

@@ -50,8 +50,10 @@ void ShowMachineParameters() {
     print_field(L"Option file " + Number(value), Text(files[file_of_selector[value]]), 2);
   }
   const bool listed = selector >= 0 && selector < 4;
-  print_field(L"Option file in use", Text(files[listed ? file_of_selector[selector] : 0]) +
-                                         L" (selector " + Number(selector) + L")", 2);
+  print_field(L"Option file in use",
+              Text(files[listed ? file_of_selector[selector] : 0]) + L" (selector " +
+                  Number(selector) + L")",
+              2);
 }
 
 void ShowMosaics() {

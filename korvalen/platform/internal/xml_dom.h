@@ -83,4 +83,31 @@ std::error_code find_attribute(const IXMLDOMNodePtr& element, const wchar_t* nam
 std::error_code set_attribute(const IXMLDOMNodePtr& element, const wchar_t* name,
                               const wchar_t* value);
 
+// Each system's implementation, for the portable layer (xml_dom.cpp) only:
+// nodes, names and texts are not null, outputs are cleared, and an
+// allocation failure may throw. save writes to the path it is given, the
+// portable layer's work file.
+namespace native {
+std::error_code create(IXMLDOMNodePtr& document);
+std::error_code load_file(const wchar_t* path, IXMLDOMNodePtr& document);
+std::error_code load_text(const wchar_t* text, IXMLDOMNodePtr& document);
+std::error_code document_element(const IXMLDOMNodePtr& document, IXMLDOMNodePtr& element);
+std::error_code has_declaration(const IXMLDOMNodePtr& document, bool& has);
+std::error_code insert_declaration(const IXMLDOMNodePtr& document, const wchar_t* data);
+std::error_code append_element(const IXMLDOMNodePtr& parent, const wchar_t* name,
+                               IXMLDOMNodePtr& element);
+std::error_code save(const IXMLDOMNodePtr& document, const wchar_t* path);
+std::error_code node_type(const IXMLDOMNodePtr& node, NodeType& type);
+std::error_code node_name(const IXMLDOMNodePtr& node, std::wstring& name);
+std::error_code first_child(const IXMLDOMNodePtr& node, IXMLDOMNodePtr& child);
+std::error_code next_sibling(const IXMLDOMNodePtr& node, IXMLDOMNodePtr& sibling);
+std::error_code node_value(const IXMLDOMNodePtr& node, std::wstring& value, bool& is_text);
+std::error_code set_node_value(const IXMLDOMNodePtr& node, const wchar_t* value);
+std::error_code append_child(const IXMLDOMNodePtr& parent, const IXMLDOMNodePtr& child);
+std::error_code find_attribute(const IXMLDOMNodePtr& element, const wchar_t* name,
+                               IXMLDOMNodePtr& attribute);
+std::error_code set_attribute(const IXMLDOMNodePtr& element, const wchar_t* name,
+                              const wchar_t* value);
+}  // namespace native
+
 }  // namespace korvalen::platform::xml

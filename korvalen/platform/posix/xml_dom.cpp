@@ -27,9 +27,8 @@ constexpr unsigned kParseOptions =
     pugi::parse_default | pugi::parse_declaration | pugi::parse_pi | pugi::parse_comments;
 
 std::error_code invalid() { return make_error(std::errc::invalid_argument); }
+std::error_code out_of_memory() { return make_error(std::errc::not_enough_memory); }
 std::error_code malformed() { return make_error(std::errc::illegal_byte_sequence); }
-
-std::string utf8(const wchar_t* text) { return to_utf8(text != nullptr ? text : L""); }
 
 IXMLDOMNodePtr pointer(Document* document, pugi::xml_node node) {
   return node ? IXMLDOMNodePtr(document, posix::handle_of(node)) : IXMLDOMNodePtr();
@@ -101,49 +100,40 @@ void set_declaration_data(pugi::xml_node declaration, const std::string& data) {
 
 }  // namespace
 
+namespace native {
+
 std::error_code create(IXMLDOMNodePtr& document) {
-  document = nullptr;
-  return guarded([&] {
-    auto* doc = new Document;
-    document = IXMLDOMNodePtr(doc, posix::handle_of(doc->tree.root()));
-    return std::error_code();
-  });
+  auto* doc = new Document;
+  document = IXMLDOMNodePtr(doc, posix::handle_of(doc->tree.root()));
+  return {};
 }
 
 std::error_code load_file(const wchar_t* path, IXMLDOMNodePtr& document) {
-  document = nullptr;
-  if (path == nullptr) return invalid();
-  return guarded([&] {
-    FILE* file = nullptr;
-    if (const std::error_code error = open_file(path, L"rb", -1, file)) return error;
-    std::string bytes;
-    char block[65536];
-    std::size_t n = 0;
-    while ((n = std::fread(block, 1, sizeof block, file)) > 0) bytes.append(block, n);
-    const bool read = std::ferror(file) == 0;
-    std::fclose(file);
-    if (!read) return make_error(std::errc::io_error);
-    std::string text;
-    if (!posix::document_text(bytes, text)) return malformed();
-    return parse(text, document);
-  });
+  FILE* file = nullptr;
+  if (const std::error_code error = platform::open_file(path, L"rb", -1, file)) return error;
+  std::string bytes;
+  char block[65536];
+  std::size_t n = 0;
+  while ((n = std::fread(block, 1, sizeof block, file)) > 0) bytes.append(block, n);
+  const bool read = std::ferror(file) == 0;
+  std::fclose(file);
+  if (!read) return make_error(std::errc::io_error);
+  std::string text;
+  if (!posix::document_text(bytes, text)) return malformed();
+  return parse(text, document);
 }
 
 std::error_code load_text(const wchar_t* text, IXMLDOMNodePtr& document) {
-  document = nullptr;
-  if (text == nullptr) return invalid();
-  return guarded([&] { return parse(to_utf8(text), document); });
+  return parse(to_utf8(text), document);
 }
 
 std::error_code document_element(const IXMLDOMNodePtr& document, IXMLDOMNodePtr& element) {
-  element = nullptr;
   if (!is_document(document)) return invalid();
   element = pointer(document.document(), main_element(tree_node(document)));
   return {};
 }
 
 std::error_code has_declaration(const IXMLDOMNodePtr& document, bool& has) {
-  has = false;
   if (!is_document(document)) return invalid();
   for (pugi::xml_node top = tree_node(document).first_child(); top; top = top.next_sibling()) {
     if (top.type() == pugi::node_declaration) has = true;
@@ -152,55 +142,39 @@ std::error_code has_declaration(const IXMLDOMNodePtr& document, bool& has) {
 }
 
 std::error_code insert_declaration(const IXMLDOMNodePtr& document, const wchar_t* data) {
-  if (!is_document(document) || data == nullptr) return invalid();
-  return guarded([&] {
-    pugi::xml_node tree = tree_node(document);
-    const pugi::xml_node main = main_element(tree);
-    pugi::xml_node declaration = main ? tree.insert_child_before(pugi::node_declaration, main)
-                                      : tree.append_child(pugi::node_declaration);
-    if (!declaration) return make_error(std::errc::not_enough_memory);
-    set_declaration_data(declaration, utf8(data));
-    return std::error_code();
-  });
+  if (!is_document(document)) return invalid();
+  pugi::xml_node tree = tree_node(document);
+  const pugi::xml_node main = main_element(tree);
+  pugi::xml_node declaration = main ? tree.insert_child_before(pugi::node_declaration, main)
+                                    : tree.append_child(pugi::node_declaration);
+  if (!declaration) return out_of_memory();
+  set_declaration_data(declaration, to_utf8(data));
+  return {};
 }
 
 std::error_code append_element(const IXMLDOMNodePtr& parent, const wchar_t* name,
                                IXMLDOMNodePtr& element) {
-  element = nullptr;
   pugi::xml_node node = tree_node(parent);
-  if (!node || name == nullptr || *name == 0) return invalid();
-  if (node.type() == pugi::node_document && main_element(node)) {
+  if (!node || (node.type() == pugi::node_document && main_element(node))) {
     return make_error(std::errc::operation_not_permitted);  // one main element
   }
-  return guarded([&] {
-    pugi::xml_node added = node.append_child(utf8(name).c_str());
-    if (!added) return make_error(std::errc::operation_not_permitted);
-    element = pointer(parent.document(), added);
-    return std::error_code();
-  });
+  pugi::xml_node added = node.append_child(to_utf8(name).c_str());
+  if (!added) return make_error(std::errc::operation_not_permitted);
+  element = pointer(parent.document(), added);
+  return {};
 }
 
 std::error_code save(const IXMLDOMNodePtr& document, const wchar_t* path) {
-  if (!is_document(document) || path == nullptr || *path == 0) return invalid();
-  return guarded([&] {
-    const std::string bytes = posix::document_bytes(document.document()->tree);
-    const std::wstring work = std::wstring(path) + L".AUX";
-    FILE* file = nullptr;
-    if (const std::error_code error = open_file(work.c_str(), L"wb", -1, file)) return error;
-    const bool written = std::fwrite(bytes.data(), 1, bytes.size(), file) == bytes.size();
-    if (std::fclose(file) != 0 || !written) {
-      remove_file(work.c_str());
-      return make_error(std::errc::io_error);
-    }
-    const std::error_code replaced = replace_file(work.c_str(), path);
-    if (replaced) remove_file(work.c_str());
-    return replaced;
-  });
+  if (!is_document(document)) return invalid();
+  const std::string bytes = posix::document_bytes(document.document()->tree);
+  FILE* file = nullptr;
+  if (const std::error_code error = platform::open_file(path, L"wb", -1, file)) return error;
+  const bool written = std::fwrite(bytes.data(), 1, bytes.size(), file) == bytes.size();
+  if (std::fclose(file) != 0 || !written) return make_error(std::errc::io_error);
+  return {};
 }
 
 std::error_code node_type(const IXMLDOMNodePtr& node, NodeType& type) {
-  type = NodeType::kOther;
-  if (!node) return invalid();
   if (posix::is_attribute(node)) {
     type = NodeType::kAttribute;
     return {};
@@ -232,136 +206,112 @@ std::error_code node_type(const IXMLDOMNodePtr& node, NodeType& type) {
 }
 
 std::error_code node_name(const IXMLDOMNodePtr& node, std::wstring& name) {
-  name.clear();
-  if (!node) return invalid();
-  return guarded([&] {
-    if (posix::is_attribute(node)) {
-      name = from_utf8(tree_attribute(node).name());
-      return std::error_code();
-    }
-    const pugi::xml_node n = tree_node(node);
-    switch (n.type()) {
-      case pugi::node_document:
-        name = L"#document";
-        break;
-      case pugi::node_pcdata:
-        name = L"#text";
-        break;
-      case pugi::node_cdata:
-        name = L"#cdata-section";
-        break;
-      case pugi::node_comment:
-        name = L"#comment";
-        break;
-      default:
-        name = from_utf8(n.name());
-    }
-    return std::error_code();
-  });
+  if (posix::is_attribute(node)) {
+    name = from_utf8(tree_attribute(node).name());
+    return {};
+  }
+  const pugi::xml_node n = tree_node(node);
+  switch (n.type()) {
+    case pugi::node_document:
+      name = L"#document";
+      break;
+    case pugi::node_pcdata:
+      name = L"#text";
+      break;
+    case pugi::node_cdata:
+      name = L"#cdata-section";
+      break;
+    case pugi::node_comment:
+      name = L"#comment";
+      break;
+    default:
+      name = from_utf8(n.name());
+  }
+  return {};
 }
 
 std::error_code first_child(const IXMLDOMNodePtr& node, IXMLDOMNodePtr& child) {
-  child = nullptr;
-  if (!node) return invalid();
   child = pointer(node.document(), tree_node(node).first_child());
   return {};
 }
 
 std::error_code next_sibling(const IXMLDOMNodePtr& node, IXMLDOMNodePtr& sibling) {
-  sibling = nullptr;
-  if (!node) return invalid();
   sibling = pointer(node.document(), tree_node(node).next_sibling());
   return {};
 }
 
 std::error_code node_value(const IXMLDOMNodePtr& node, std::wstring& value, bool& is_text) {
-  value.clear();
-  is_text = false;
-  if (!node) return invalid();
-  return guarded([&] {
-    if (posix::is_attribute(node)) {
-      value = from_utf8(tree_attribute(node).value());
+  if (posix::is_attribute(node)) {
+    value = from_utf8(tree_attribute(node).value());
+    is_text = true;
+    return {};
+  }
+  const pugi::xml_node n = tree_node(node);
+  switch (n.type()) {
+    case pugi::node_pcdata:
+    case pugi::node_cdata:
+    case pugi::node_comment:
+    case pugi::node_pi:
+      value = from_utf8(n.value());
       is_text = true;
-      return std::error_code();
-    }
-    const pugi::xml_node n = tree_node(node);
-    switch (n.type()) {
-      case pugi::node_pcdata:
-      case pugi::node_cdata:
-      case pugi::node_comment:
-      case pugi::node_pi:
-        value = from_utf8(n.value());
-        is_text = true;
-        break;
-      case pugi::node_declaration:
-        value = from_utf8(declaration_data(n));
-        is_text = true;
-        break;
-      default:
-        break;
-    }
-    return std::error_code();
-  });
+      break;
+    case pugi::node_declaration:
+      value = from_utf8(declaration_data(n));
+      is_text = true;
+      break;
+    default:
+      break;
+  }
+  return {};
 }
 
 std::error_code set_node_value(const IXMLDOMNodePtr& node, const wchar_t* value) {
-  if (!node || value == nullptr) return invalid();
-  return guarded([&] {
-    const std::string text = utf8(value);
-    if (posix::is_attribute(node)) {
-      return tree_attribute(node).set_value(text.c_str())
-                 ? std::error_code()
-                 : make_error(std::errc::not_enough_memory);
-    }
-    pugi::xml_node n = tree_node(node);
-    if (n.type() == pugi::node_declaration) {
-      set_declaration_data(n, text);
-      return std::error_code();
-    }
-    if (n.type() == pugi::node_element || n.type() == pugi::node_document) {
-      return make_error(std::errc::operation_not_permitted);
-    }
-    return n.set_value(text.c_str()) ? std::error_code() : make_error(std::errc::not_enough_memory);
-  });
+  const std::string text = to_utf8(value);
+  if (posix::is_attribute(node)) {
+    return tree_attribute(node).set_value(text.c_str()) ? std::error_code() : out_of_memory();
+  }
+  pugi::xml_node n = tree_node(node);
+  if (n.type() == pugi::node_declaration) {
+    set_declaration_data(n, text);
+    return {};
+  }
+  if (n.type() == pugi::node_element || n.type() == pugi::node_document) {
+    return make_error(std::errc::operation_not_permitted);
+  }
+  return n.set_value(text.c_str()) ? std::error_code() : out_of_memory();
 }
 
+// MSXML moves a node of another document; the copy here leaves that
+// document as it was, which no caller of the library can tell apart.
 std::error_code append_child(const IXMLDOMNodePtr& parent, const IXMLDOMNodePtr& child) {
   pugi::xml_node to = tree_node(parent);
   const pugi::xml_node from = tree_node(child);
-  if (!to || !from) return invalid();
-  if (from.type() == pugi::node_document) return make_error(std::errc::operation_not_permitted);
-  return guarded([&] {
-    return to.append_copy(from) ? std::error_code()
-                                : make_error(std::errc::operation_not_permitted);
-  });
+  if (!to || !from || from.type() == pugi::node_document) {
+    return make_error(std::errc::operation_not_permitted);
+  }
+  return to.append_copy(from) ? std::error_code() : make_error(std::errc::operation_not_permitted);
 }
 
 std::error_code find_attribute(const IXMLDOMNodePtr& element, const wchar_t* name,
                                IXMLDOMNodePtr& attribute) {
-  attribute = nullptr;
   const pugi::xml_node node = tree_node(element);
-  if (node.type() != pugi::node_element || name == nullptr) return invalid();
-  return guarded([&] {
-    const pugi::xml_attribute found = node.attribute(utf8(name).c_str());
-    if (found) attribute = IXMLDOMNodePtr(element.document(), posix::handle_of(found));
-    return std::error_code();
-  });
+  if (node.type() != pugi::node_element) return invalid();
+  const pugi::xml_attribute found = node.attribute(to_utf8(name).c_str());
+  if (found) attribute = IXMLDOMNodePtr(element.document(), posix::handle_of(found));
+  return {};
 }
 
 std::error_code set_attribute(const IXMLDOMNodePtr& element, const wchar_t* name,
                               const wchar_t* value) {
   pugi::xml_node node = tree_node(element);
-  if (node.type() != pugi::node_element || name == nullptr || *name == 0 || value == nullptr) {
-    return invalid();
-  }
-  return guarded([&] {
-    const std::string key = utf8(name);
-    pugi::xml_attribute attribute = node.attribute(key.c_str());
-    if (!attribute) attribute = node.append_attribute(key.c_str());
-    return attribute && attribute.set_value(utf8(value).c_str())
-               ? std::error_code()
-               : make_error(std::errc::not_enough_memory);
-  });
+  if (node.type() != pugi::node_element) return invalid();
+  const std::string key = to_utf8(name);
+  pugi::xml_attribute attribute = node.attribute(key.c_str());
+  if (!attribute) attribute = node.append_attribute(key.c_str());
+  return attribute && attribute.set_value(to_utf8(value).c_str()) ? std::error_code()
+                                                                  : out_of_memory();
 }
+
+}  // namespace native
 
 }  // namespace korvalen::platform::xml

@@ -11,7 +11,6 @@
 
 #include "korvalen/platform/internal/com_startup.h"
 #include "korvalen/platform/internal/error.h"
-#include "korvalen/platform/internal/files.h"
 
 namespace korvalen::platform::xml {
 namespace {
@@ -151,268 +150,204 @@ std::error_code load(Load load_into, IXMLDOMNodePtr& document) {
 
 }  // namespace
 
+namespace native {
+
 std::error_code create(IXMLDOMNodePtr& document) {
-  document = nullptr;
-  return guarded([&] {
-    Held<IXMLDOMDocument> created;
-    if (const std::error_code error = new_document(created)) return error;
-    return as_node(created.get(), document);
-  });
+  Held<IXMLDOMDocument> created;
+  if (const std::error_code error = new_document(created)) return error;
+  return as_node(created.get(), document);
 }
 
 std::error_code load_file(const wchar_t* path, IXMLDOMNodePtr& document) {
-  document = nullptr;
-  if (path == nullptr) return invalid();
-  return guarded([&] {
-    Variant source(path);
-    return load([&](IXMLDOMDocument* d, VARIANT_BOOL* ok) { return d->load(source.get(), ok); },
-                document);
-  });
+  Variant source(path);
+  return load([&](IXMLDOMDocument* d, VARIANT_BOOL* ok) { return d->load(source.get(), ok); },
+              document);
 }
 
 std::error_code load_text(const wchar_t* text, IXMLDOMNodePtr& document) {
-  document = nullptr;
-  if (text == nullptr) return invalid();
-  return guarded([&] {
-    Text source(text);
-    return load([&](IXMLDOMDocument* d, VARIANT_BOOL* ok) { return d->loadXML(source.get(), ok); },
-                document);
-  });
+  Text source(text);
+  return load([&](IXMLDOMDocument* d, VARIANT_BOOL* ok) { return d->loadXML(source.get(), ok); },
+              document);
 }
 
 std::error_code document_element(const IXMLDOMNodePtr& document, IXMLDOMNodePtr& element) {
-  element = nullptr;
-  return guarded([&] {
-    Held<IXMLDOMDocument> d;
-    if (const std::error_code error = query(document, IID_IXMLDOMDocument, d)) return error;
-    Held<IXMLDOMElement> main;
-    const HRESULT result = d->get_documentElement(main.out());
-    if (FAILED(result)) return com_error(result);
-    if (!main) return std::error_code();
-    IXMLDOMNode* raw = nullptr;
-    if (FAILED(main->QueryInterface(IID_IXMLDOMNode, reinterpret_cast<void**>(&raw)))) {
-      return invalid();
-    }
-    element = adopt(raw);
-    return std::error_code();
-  });
+  Held<IXMLDOMDocument> d;
+  if (const std::error_code error = query(document, IID_IXMLDOMDocument, d)) return error;
+  Held<IXMLDOMElement> main;
+  const HRESULT result = d->get_documentElement(main.out());
+  if (FAILED(result)) return com_error(result);
+  if (!main) return std::error_code();
+  IXMLDOMNode* raw = nullptr;
+  if (FAILED(main->QueryInterface(IID_IXMLDOMNode, reinterpret_cast<void**>(&raw)))) {
+    return invalid();
+  }
+  element = adopt(raw);
+  return std::error_code();
 }
 
 std::error_code has_declaration(const IXMLDOMNodePtr& document, bool& has) {
-  has = false;
-  return guarded([&] {
-    IXMLDOMNodePtr child;
-    if (const std::error_code error = first_child(document, child)) return error;
-    while (child) {
-      NodeType type = NodeType::kOther;
-      std::wstring name;
-      node_type(child, type);
-      node_name(child, name);
-      if (type == NodeType::kProcessingInstruction && name == L"xml") has = true;
-      IXMLDOMNodePtr next;
-      next_sibling(child, next);
-      child = next;
-    }
-    return std::error_code();
-  });
+  IXMLDOMNodePtr child;
+  if (const std::error_code error = native::first_child(document, child)) return error;
+  while (child) {
+    NodeType type = NodeType::kOther;
+    std::wstring name;
+    native::node_type(child, type);
+    native::node_name(child, name);
+    if (type == NodeType::kProcessingInstruction && name == L"xml") has = true;
+    IXMLDOMNodePtr next;
+    native::next_sibling(child, next);
+    child = next;
+  }
+  return std::error_code();
 }
 
 std::error_code insert_declaration(const IXMLDOMNodePtr& document, const wchar_t* data) {
-  if (data == nullptr) return invalid();
-  return guarded([&] {
-    Held<IXMLDOMDocument> d;
-    if (const std::error_code error = query(document, IID_IXMLDOMDocument, d)) return error;
-    Held<IXMLDOMProcessingInstruction> declaration;
-    Text target(L"xml");
-    Text text(data);
-    HRESULT result = d->createProcessingInstruction(target.get(), text.get(), declaration.out());
-    if (FAILED(result)) return com_error(result);
-    IXMLDOMNodePtr main;
-    document_element(document, main);
-    Held<IXMLDOMNode> inserted;
-    if (main) {
-      Variant before(main.GetInterfacePtr());
-      result = d->insertBefore(declaration.get(), before.get(), inserted.out());
-    } else {
-      result = d->appendChild(declaration.get(), inserted.out());
-    }
-    return SUCCEEDED(result) ? std::error_code() : com_error(result);
-  });
+  Held<IXMLDOMDocument> d;
+  if (const std::error_code error = query(document, IID_IXMLDOMDocument, d)) return error;
+  Held<IXMLDOMProcessingInstruction> declaration;
+  Text target(L"xml");
+  Text text(data);
+  HRESULT result = d->createProcessingInstruction(target.get(), text.get(), declaration.out());
+  if (FAILED(result)) return com_error(result);
+  IXMLDOMNodePtr main;
+  native::document_element(document, main);
+  Held<IXMLDOMNode> inserted;
+  if (main) {
+    Variant before(main.GetInterfacePtr());
+    result = d->insertBefore(declaration.get(), before.get(), inserted.out());
+  } else {
+    result = d->appendChild(declaration.get(), inserted.out());
+  }
+  return SUCCEEDED(result) ? std::error_code() : com_error(result);
 }
 
 std::error_code append_element(const IXMLDOMNodePtr& parent, const wchar_t* name,
                                IXMLDOMNodePtr& element) {
-  element = nullptr;
-  if (!parent || name == nullptr || *name == 0) return invalid();
-  return guarded([&] {
-    Held<IXMLDOMDocument> d;
-    if (const std::error_code error = owner_of(parent, d)) return error;
-    Held<IXMLDOMElement> created;
-    Text tag(name);
-    HRESULT result = d->createElement(tag.get(), created.out());
-    if (FAILED(result)) return com_error(result);
-    IXMLDOMNode* added = nullptr;
-    result = parent->appendChild(created.get(), &added);
-    if (FAILED(result)) return com_error(result);
-    element = adopt(added);
-    return std::error_code();
-  });
+  Held<IXMLDOMDocument> d;
+  if (const std::error_code error = owner_of(parent, d)) return error;
+  Held<IXMLDOMElement> created;
+  Text tag(name);
+  HRESULT result = d->createElement(tag.get(), created.out());
+  if (FAILED(result)) return com_error(result);
+  IXMLDOMNode* added = nullptr;
+  result = parent->appendChild(created.get(), &added);
+  if (FAILED(result)) return com_error(result);
+  element = adopt(added);
+  return std::error_code();
 }
 
 std::error_code save(const IXMLDOMNodePtr& document, const wchar_t* path) {
-  if (path == nullptr || *path == 0) return invalid();
-  return guarded([&] {
-    Held<IXMLDOMDocument> d;
-    if (const std::error_code error = query(document, IID_IXMLDOMDocument, d)) return error;
-    const std::wstring work = std::wstring(path) + L".AUX";
-    Variant target(work.c_str());
-    const HRESULT result = d->save(target.get());
-    if (FAILED(result)) {
-      remove_file(work.c_str());
-      return com_error(result);
-    }
-    const std::error_code replaced = replace_file(work.c_str(), path);
-    if (replaced) remove_file(work.c_str());
-    return replaced;
-  });
+  Held<IXMLDOMDocument> d;
+  if (const std::error_code error = query(document, IID_IXMLDOMDocument, d)) return error;
+  Variant target(path);
+  const HRESULT result = d->save(target.get());
+  return SUCCEEDED(result) ? std::error_code() : com_error(result);
 }
 
 std::error_code node_type(const IXMLDOMNodePtr& node, NodeType& type) {
-  type = NodeType::kOther;
-  if (!node) return invalid();
-  return guarded([&] {
-    DOMNodeType dom = NODE_INVALID;
-    const HRESULT result = node->get_nodeType(&dom);
-    if (FAILED(result)) return com_error(result);
-    switch (dom) {
-      case NODE_ELEMENT:
-        type = NodeType::kElement;
-        break;
-      case NODE_ATTRIBUTE:
-        type = NodeType::kAttribute;
-        break;
-      case NODE_TEXT:
-        type = NodeType::kText;
-        break;
-      case NODE_CDATA_SECTION:
-        type = NodeType::kCData;
-        break;
-      case NODE_PROCESSING_INSTRUCTION:
-        type = NodeType::kProcessingInstruction;
-        break;
-      case NODE_COMMENT:
-        type = NodeType::kComment;
-        break;
-      case NODE_DOCUMENT:
-        type = NodeType::kDocument;
-        break;
-      default:
-        break;
-    }
-    return std::error_code();
-  });
+  DOMNodeType dom = NODE_INVALID;
+  const HRESULT result = node->get_nodeType(&dom);
+  if (FAILED(result)) return com_error(result);
+  switch (dom) {
+    case NODE_ELEMENT:
+      type = NodeType::kElement;
+      break;
+    case NODE_ATTRIBUTE:
+      type = NodeType::kAttribute;
+      break;
+    case NODE_TEXT:
+      type = NodeType::kText;
+      break;
+    case NODE_CDATA_SECTION:
+      type = NodeType::kCData;
+      break;
+    case NODE_PROCESSING_INSTRUCTION:
+      type = NodeType::kProcessingInstruction;
+      break;
+    case NODE_COMMENT:
+      type = NodeType::kComment;
+      break;
+    case NODE_DOCUMENT:
+      type = NodeType::kDocument;
+      break;
+    default:
+      break;
+  }
+  return std::error_code();
 }
 
 std::error_code node_name(const IXMLDOMNodePtr& node, std::wstring& name) {
-  name.clear();
-  if (!node) return invalid();
-  return guarded([&] {
-    Text text;
-    const HRESULT result = node->get_nodeName(text.out());
-    if (FAILED(result)) return com_error(result);
-    name = text.string();
-    return std::error_code();
-  });
+  Text text;
+  const HRESULT result = node->get_nodeName(text.out());
+  if (FAILED(result)) return com_error(result);
+  name = text.string();
+  return std::error_code();
 }
 
 std::error_code first_child(const IXMLDOMNodePtr& node, IXMLDOMNodePtr& child) {
-  child = nullptr;
-  if (!node) return invalid();
-  return guarded([&] {
-    IXMLDOMNode* raw = nullptr;
-    const HRESULT result = node->get_firstChild(&raw);
-    if (FAILED(result)) return com_error(result);
-    child = adopt(raw);
-    return std::error_code();
-  });
+  IXMLDOMNode* raw = nullptr;
+  const HRESULT result = node->get_firstChild(&raw);
+  if (FAILED(result)) return com_error(result);
+  child = adopt(raw);
+  return std::error_code();
 }
 
 std::error_code next_sibling(const IXMLDOMNodePtr& node, IXMLDOMNodePtr& sibling) {
-  sibling = nullptr;
-  if (!node) return invalid();
-  return guarded([&] {
-    IXMLDOMNode* raw = nullptr;
-    const HRESULT result = node->get_nextSibling(&raw);
-    if (FAILED(result)) return com_error(result);
-    sibling = adopt(raw);
-    return std::error_code();
-  });
+  IXMLDOMNode* raw = nullptr;
+  const HRESULT result = node->get_nextSibling(&raw);
+  if (FAILED(result)) return com_error(result);
+  sibling = adopt(raw);
+  return std::error_code();
 }
 
 std::error_code node_value(const IXMLDOMNodePtr& node, std::wstring& value, bool& is_text) {
-  value.clear();
-  is_text = false;
-  if (!node) return invalid();
-  return guarded([&] {
-    Variant held;
-    const HRESULT result = node->get_nodeValue(&held.get());
-    if (FAILED(result)) return com_error(result);
-    if (held.get().vt == VT_BSTR) {
-      const BSTR text = held.get().bstrVal;
-      value.assign(text != nullptr ? text : L"", SysStringLen(text));
-      is_text = true;
-    }
-    return std::error_code();
-  });
+  Variant held;
+  const HRESULT result = node->get_nodeValue(&held.get());
+  if (FAILED(result)) return com_error(result);
+  if (held.get().vt == VT_BSTR) {
+    const BSTR text = held.get().bstrVal;
+    value.assign(text != nullptr ? text : L"", SysStringLen(text));
+    is_text = true;
+  }
+  return std::error_code();
 }
 
 std::error_code set_node_value(const IXMLDOMNodePtr& node, const wchar_t* value) {
-  if (!node || value == nullptr) return invalid();
-  return guarded([&] {
-    Variant text(value);
-    const HRESULT result = node->put_nodeValue(text.get());
-    return SUCCEEDED(result) ? std::error_code() : com_error(result);
-  });
+  Variant text(value);
+  const HRESULT result = node->put_nodeValue(text.get());
+  return SUCCEEDED(result) ? std::error_code() : com_error(result);
 }
 
 std::error_code append_child(const IXMLDOMNodePtr& parent, const IXMLDOMNodePtr& child) {
-  if (!parent || !child) return invalid();
-  return guarded([&] {
-    Held<IXMLDOMNode> added;
-    const HRESULT result = parent->appendChild(child.GetInterfacePtr(), added.out());
-    return SUCCEEDED(result) ? std::error_code() : com_error(result);
-  });
+  Held<IXMLDOMNode> added;
+  const HRESULT result = parent->appendChild(child.GetInterfacePtr(), added.out());
+  return SUCCEEDED(result) ? std::error_code() : com_error(result);
 }
 
 std::error_code find_attribute(const IXMLDOMNodePtr& element, const wchar_t* name,
                                IXMLDOMNodePtr& attribute) {
-  attribute = nullptr;
-  if (!element || name == nullptr) return invalid();
-  return guarded([&] {
-    Held<IXMLDOMNamedNodeMap> attributes;
-    HRESULT result = element->get_attributes(attributes.out());
-    if (FAILED(result)) return com_error(result);
-    if (!attributes) return invalid();  // no element
-    Text key(name);
-    IXMLDOMNode* raw = nullptr;
-    result = attributes->getNamedItem(key.get(), &raw);
-    if (FAILED(result)) return com_error(result);
-    attribute = adopt(raw);
-    return std::error_code();
-  });
+  Held<IXMLDOMNamedNodeMap> attributes;
+  HRESULT result = element->get_attributes(attributes.out());
+  if (FAILED(result)) return com_error(result);
+  if (!attributes) return invalid();  // no element
+  Text key(name);
+  IXMLDOMNode* raw = nullptr;
+  result = attributes->getNamedItem(key.get(), &raw);
+  if (FAILED(result)) return com_error(result);
+  attribute = adopt(raw);
+  return std::error_code();
 }
 
 std::error_code set_attribute(const IXMLDOMNodePtr& element, const wchar_t* name,
                               const wchar_t* value) {
-  if (name == nullptr || *name == 0 || value == nullptr) return invalid();
-  return guarded([&] {
-    Held<IXMLDOMElement> e;
-    if (const std::error_code error = query(element, IID_IXMLDOMElement, e)) return error;
-    Text key(name);
-    Variant text(value);
-    const HRESULT result = e->setAttribute(key.get(), text.get());
-    return SUCCEEDED(result) ? std::error_code() : com_error(result);
-  });
+  Held<IXMLDOMElement> e;
+  if (const std::error_code error = query(element, IID_IXMLDOMElement, e)) return error;
+  Text key(name);
+  Variant text(value);
+  const HRESULT result = e->setAttribute(key.get(), text.get());
+  return SUCCEEDED(result) ? std::error_code() : com_error(result);
 }
+
+}  // namespace native
 
 }  // namespace korvalen::platform::xml
