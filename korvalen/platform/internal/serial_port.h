@@ -46,6 +46,7 @@ std::error_code set_dtr(HANDLE port, bool raised);
 // has no such wait: nothing to do.
 std::error_code clear_event_mask(HANDLE port);
 // PurgeComm of both directions: pending transfers abandoned, queues emptied.
+// A pseudo-terminal's output is already the far end's input: it stays there.
 std::error_code purge_port(HANDLE port);
 void close_port(HANDLE port);
 

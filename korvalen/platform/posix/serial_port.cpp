@@ -10,6 +10,8 @@
 #include <sys/file.h>
 #include <sys/ioctl.h>
 #include <sys/resource.h>
+#include <sys/stat.h>
+#include <sys/sysmacros.h>
 #include <unistd.h>
 
 #include <atomic>
@@ -220,8 +222,20 @@ std::error_code set_dtr(HANDLE port, bool raised) {
 
 std::error_code clear_event_mask(HANDLE) { return {}; }
 
+// A pseudo-terminal has no transmit queue: what its slave wrote already lies
+// in the master's input, and Linux would take it from there. Its output is
+// therefore sent, not purged, as a port purges only what it has not sent.
+bool is_pseudo_terminal(int fd) {
+  constexpr unsigned kFirstSlaveMajor = 136;  // Unix98 slaves: majors 136 to 143
+  struct stat st {};
+  return ::fstat(fd, &st) == 0 && S_ISCHR(st.st_mode) && major(st.st_rdev) >= kFirstSlaveMajor &&
+         major(st.st_rdev) < kFirstSlaveMajor + 8;
+}
+
 std::error_code purge_port(HANDLE port) {
-  return ::ioctl(descriptor(port), TCFLSH, TCIOFLUSH) == 0 ? std::error_code() : errno_error();
+  const int fd = descriptor(port);
+  const int queues = is_pseudo_terminal(fd) ? TCIFLUSH : TCIOFLUSH;
+  return ::ioctl(fd, TCFLSH, queues) == 0 ? std::error_code() : errno_error();
 }
 
 void close_port(HANDLE port) { ::close(descriptor(port)); }
