@@ -9,5 +9,6 @@ namespace korvalen::tool {
 void add_cfg_commands(CLI::App& app);
 void add_state_commands(CLI::App& app);
 void add_params_commands(CLI::App& app);
+void add_send_commands(CLI::App& app);
 
 }  // namespace korvalen::tool
