@@ -35,10 +35,6 @@ std::string UnixName(const wchar_t* windows_name) {
   return result;
 }
 
-bool Present(const std::wstring& name) {
-  return GetFileAttributesW(name.c_str()) != INVALID_FILE_ATTRIBUTES;
-}
-
 }  // namespace
 
 SerialPeer::SerialPeer() {
@@ -53,10 +49,20 @@ SerialPeer::SerialPeer() {
   GetTempPathW(MAX_PATH, temp);
   // COM1 to COM9 are the only device names; take one no other run maps.
   const int pid = static_cast<int>(GetCurrentProcessId());
-  const std::wstring links = L"Z:" + std::wstring(dosdevices.begin(), dosdevices.end()) + L"com";
+  // A name ending in COMn means the device wherever it stands, so the links
+  // are listed with a pattern rather than looked up by name.
+  bool mapped[10] = {true, true};
+  WIN32_FIND_DATAW found;
+  const std::wstring links = L"Z:" + std::wstring(dosdevices.begin(), dosdevices.end()) + L"com?";
+  HANDLE search = FindFirstFileW(links.c_str(), &found);
+  for (bool more = search != INVALID_HANDLE_VALUE; more; more = FindNextFileW(search, &found)) {
+    if (found.cFileName[3] >= L'1' && found.cFileName[3] <= L'9')
+      mapped[found.cFileName[3] - L'0'] = true;
+  }
+  if (search != INVALID_HANDLE_VALUE) FindClose(search);
   for (int i = 0; i < 8 && port_ == 0; ++i) {
     const int n = 2 + (pid + i) % 8;
-    if (!Present(links + std::to_wstring(n))) port_ = n;
+    if (!mapped[n]) port_ = n;
   }
   const std::wstring peer = std::wstring(temp) + L"korvalen-peer-" + std::to_wstring(pid);
   if (dosdevices.empty() || port_ == 0 || UnixName(peer.c_str()).empty()) {
@@ -74,9 +80,12 @@ SerialPeer::SerialPeer() {
     unavailable_ = "socat cannot be started (is it installed?)";
     return;
   }
-  for (int i = 0; i < 250 && !Present(peer); ++i) Sleep(20);
-  HANDLE h = CreateFileW(peer.c_str(), GENERIC_READ | GENERIC_WRITE, 0, nullptr, OPEN_EXISTING, 0,
-                         nullptr);
+  HANDLE h = INVALID_HANDLE_VALUE;
+  for (int i = 0; i < 250 && h == INVALID_HANDLE_VALUE; ++i) {
+    Sleep(20);
+    h = CreateFileW(peer.c_str(), GENERIC_READ | GENERIC_WRITE, 0, nullptr, OPEN_EXISTING, 0,
+                    nullptr);
+  }
   if (h == INVALID_HANDLE_VALUE) {
     unavailable_ = "socat made no pseudo-terminal pair";
     return;
