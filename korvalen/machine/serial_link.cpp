@@ -20,6 +20,12 @@ constexpr DWORD kWriteWaitMs = 1000;
 constexpr int kBaudRates[] = {110,   300,   600,   1200,  2400,   4800,   9600,  14400,
                               19200, 38400, 56000, 57600, 115200, 128000, 256000};
 
+// Other letters (space parity among them) leave the port's parity.
+constexpr struct {
+  wchar_t letter;
+  BYTE value;
+} kParities[] = {{L'N', NOPARITY}, {L'O', ODDPARITY}, {L'E', EVENPARITY}, {L'M', MARKPARITY}};
+
 bool IsListedRate(int baud) {
   for (int rate : kBaudRates) {
     if (rate == baud) return true;
@@ -130,21 +136,8 @@ int RellenarRegistroDCB(HANDLE& port, int baud, wchar_t parity, int data_bits, d
     if (platform::get_port_state(port, dcb)) return 0;
     if (IsListedRate(baud)) dcb.BaudRate = static_cast<DWORD>(baud);
     dcb.ByteSize = static_cast<BYTE>(data_bits);
-    switch (parity) {
-      case L'N':
-        dcb.Parity = NOPARITY;
-        break;
-      case L'O':
-        dcb.Parity = ODDPARITY;
-        break;
-      case L'E':
-        dcb.Parity = EVENPARITY;
-        break;
-      case L'M':
-        dcb.Parity = MARKPARITY;
-        break;
-      default:
-        break;
+    for (const auto& [letter, value] : kParities) {
+      if (letter == parity) dcb.Parity = value;
     }
     if (stop_bits < 1.1) {
       dcb.StopBits = ONESTOPBIT;
@@ -160,17 +153,13 @@ int RellenarRegistroDCB(HANDLE& port, int baud, wchar_t parity, int data_bits, d
     dcb.XoffChar = static_cast<char>(xoff_char);
     dcb.XonLim = static_cast<WORD>(xon_limit);
     dcb.XoffLim = static_cast<WORD>(xoff_limit);
-    if (handshake == 2) {
-      dcb.fOutxCtsFlow = 1;
-      dcb.fRtsControl = RTS_CONTROL_HANDSHAKE;
-      dcb.fOutxDsrFlow = 1;
-      dcb.fDtrControl = DTR_CONTROL_HANDSHAKE;
-    } else {
-      dcb.fRtsControl = rts_handshake >= 1 ? RTS_CONTROL_HANDSHAKE : RTS_CONTROL_ENABLE;
-      dcb.fOutxCtsFlow = rts_handshake >= 1 ? 1 : 0;
-      dcb.fDtrControl = dtr_handshake >= 1 ? DTR_CONTROL_HANDSHAKE : DTR_CONTROL_ENABLE;
-      dcb.fOutxDsrFlow = dtr_handshake >= 1 ? 1 : 0;
-    }
+    // Hardware handshake takes both lines whatever the RTS and DTR arguments say.
+    const bool rts = handshake == 2 || rts_handshake >= 1;
+    const bool dtr = handshake == 2 || dtr_handshake >= 1;
+    dcb.fOutxCtsFlow = rts ? 1 : 0;
+    dcb.fRtsControl = rts ? RTS_CONTROL_HANDSHAKE : RTS_CONTROL_ENABLE;
+    dcb.fOutxDsrFlow = dtr ? 1 : 0;
+    dcb.fDtrControl = dtr ? DTR_CONTROL_HANDSHAKE : DTR_CONTROL_ENABLE;
     return platform::set_port_state(port, dcb) ? 0 : 1;
   } catch (...) {
     return 0;
