@@ -111,6 +111,7 @@ struct DCB {
   char EvtChar;
   WORD wReserved1;
 };
+static_assert(sizeof(DCB) == 28);
 
 struct COMMTIMEOUTS {
   DWORD ReadIntervalTimeout;
