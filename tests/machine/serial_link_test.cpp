@@ -116,6 +116,7 @@ class SerialLink : public korvalen::testing::TempDirTest {
   }
 
   int Open(int handshake = 0, DWORD read_timeout = 999) {
+    link_.ready = false;
     const int opened = InicializarElPuerto(link_.com, 4096, 4096, link_.event, link_.thread,
                                            link_.write, link_.read, Receive, handshake, 0x11, 0x13,
                                            read_timeout, 100, 200, 0, 0);
