@@ -57,6 +57,86 @@ using HINSTANCE = HMODULE;
 #define _A_SUBDIR 0x10
 #define _A_ARCH 0x20
 
+// --- serial ports and threads -------------------------------------------------
+// On POSIX a port handle and an event handle are file descriptors (a
+// descriptor of the serial device, an eventfd) held in the pointer's value, so
+// a receiver can poll them side by side; INVALID_HANDLE_VALUE (-1) is no
+// descriptor. A thread handle points to the library's own record of the
+// running routine.
+using LPVOID = void*;
+using ULONG_PTR = std::uintptr_t;
+#define WINAPI
+#define INVALID_HANDLE_VALUE ((HANDLE)(std::intptr_t)-1)
+#define MAXDWORD 0xffffffffu
+using LPTHREAD_START_ROUTINE = DWORD(WINAPI*)(LPVOID);
+
+// Internal and InternalHigh hold the status and the byte count of the last
+// write (0 and the count when it completed, 0x103 while it was pending).
+struct OVERLAPPED {
+  ULONG_PTR Internal;
+  ULONG_PTR InternalHigh;
+  DWORD Offset;
+  DWORD OffsetHigh;
+  HANDLE hEvent;
+};
+
+// The port state with the Windows layout (28 bytes).
+struct DCB {
+  DWORD DCBlength;
+  DWORD BaudRate;
+  DWORD fBinary : 1;
+  DWORD fParity : 1;
+  DWORD fOutxCtsFlow : 1;
+  DWORD fOutxDsrFlow : 1;
+  DWORD fDtrControl : 2;
+  DWORD fDsrSensitivity : 1;
+  DWORD fTXContinueOnXoff : 1;
+  DWORD fOutX : 1;
+  DWORD fInX : 1;
+  DWORD fErrorChar : 1;
+  DWORD fNull : 1;
+  DWORD fRtsControl : 2;
+  DWORD fAbortOnError : 1;
+  DWORD fDummy2 : 17;
+  WORD wReserved;
+  WORD XonLim;
+  WORD XoffLim;
+  BYTE ByteSize;
+  BYTE Parity;
+  BYTE StopBits;
+  char XonChar;
+  char XoffChar;
+  char ErrorChar;
+  char EofChar;
+  char EvtChar;
+  WORD wReserved1;
+};
+static_assert(sizeof(DCB) == 28);
+
+struct COMMTIMEOUTS {
+  DWORD ReadIntervalTimeout;
+  DWORD ReadTotalTimeoutMultiplier;
+  DWORD ReadTotalTimeoutConstant;
+  DWORD WriteTotalTimeoutMultiplier;
+  DWORD WriteTotalTimeoutConstant;
+};
+
+#define NOPARITY 0
+#define ODDPARITY 1
+#define EVENPARITY 2
+#define MARKPARITY 3
+#define SPACEPARITY 4
+#define ONESTOPBIT 0
+#define ONE5STOPBITS 1
+#define TWOSTOPBITS 2
+#define DTR_CONTROL_DISABLE 0
+#define DTR_CONTROL_ENABLE 1
+#define DTR_CONTROL_HANDSHAKE 2
+#define RTS_CONTROL_DISABLE 0
+#define RTS_CONTROL_ENABLE 1
+#define RTS_CONTROL_HANDSHAKE 2
+#define RTS_CONTROL_TOGGLE 3
+
 // The wide find record of the Windows C runtime: 64-bit times, 32-bit size.
 struct _wfinddata64i32_t {
   unsigned attrib;

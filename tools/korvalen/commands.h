@@ -10,5 +10,6 @@ void add_cfg_commands(CLI::App& app);
 void add_state_commands(CLI::App& app);
 void add_params_commands(CLI::App& app);
 void add_machine_commands(CLI::App& app);
+void add_send_commands(CLI::App& app);
 
 }  // namespace korvalen::tool

@@ -10,6 +10,7 @@ int main(int argc, char** argv) {
   korvalen::tool::add_state_commands(app);
   korvalen::tool::add_params_commands(app);
   korvalen::tool::add_machine_commands(app);
+  korvalen::tool::add_send_commands(app);
   CLI11_PARSE(app, argc, argv);
   return 0;
 }
