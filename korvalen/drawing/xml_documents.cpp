@@ -1,5 +1,6 @@
 #include "korvalen/drawing/xml_documents.h"
 
+#include <algorithm>
 #include <string>
 #include <string_view>
 
@@ -31,49 +32,109 @@ constexpr Replacement kDecoding[] = {
     {L"&lt;", L"<"},      {L"&#x26;", L"&"},  {L"&amp;", L"&"},
 };
 
-std::wstring Cut(std::wstring_view text) { return std::wstring(text.substr(0, kWorkChars)); }
+// A work buffer: at most 255 characters, as the suite's fixed buffers hold.
+class WorkText {
+ public:
+  explicit WorkText(std::wstring_view text) { Assign(text); }
+  void Assign(std::wstring_view text) {
+    length_ = text.size() < kWorkChars ? text.size() : kWorkChars;
+    text.copy(chars_, length_);
+  }
+  std::wstring_view view() const { return {chars_, length_}; }
 
-// Applies each row to the whole text in turn, within the work buffer.
-template <std::size_t N>
-std::wstring Translate(std::wstring_view source, const Replacement (&table)[N]) {
-  std::wstring text = Cut(source);
-  if (text.empty()) return text;
-  for (const Replacement& row : table) {
-    std::wstring out;
+  // Replaces every occurrence of one text by another, cut to the buffer.
+  void Replace(const Replacement& row) {
+    std::size_t at = view().find(row.text);
+    if (at == std::wstring_view::npos) return;
+    wchar_t out[kWorkChars];
+    std::size_t used = 0;
     std::size_t from = 0;
-    for (std::size_t at; (at = text.find(row.text, from)) != std::wstring::npos;
-         from = at + row.text.size()) {
-      out.append(text, from, at - from);
-      out += row.becomes;
+    const auto put = [&](std::wstring_view piece) {
+      const std::size_t n = piece.size() < kWorkChars - used ? piece.size() : kWorkChars - used;
+      piece.copy(out + used, n);
+      used += n;
+    };
+    for (; at != std::wstring_view::npos; at = view().find(row.text, from)) {
+      put(view().substr(from, at - from));
+      put(row.becomes);
+      from = at + row.text.size();
     }
-    out.append(text, from, std::wstring::npos);
-    text = Cut(out);
+    put(view().substr(from));
+    std::copy(out, out + used, chars_);
+    length_ = used;
+  }
+
+ private:
+  wchar_t chars_[kWorkChars];
+  std::size_t length_ = 0;
+};
+
+// Applies each row to the whole text in turn, within the work buffer. Every
+// row starts with '&' or '@', and most values hold few of those: the rows are
+// tried only where one stands, and a row that matches nowhere costs nothing
+// more.
+template <std::size_t N>
+WorkText Translate(std::wstring_view source, const Replacement (&table)[N]) {
+  WorkText text(source);
+  std::size_t marks[kWorkChars];
+  std::size_t count = 0;
+  const auto find_marks = [&] {
+    count = 0;
+    const std::wstring_view v = text.view();
+    for (std::size_t i = 0; i < v.size(); ++i) {
+      if (v[i] == L'&' || v[i] == L'@') marks[count++] = i;
+    }
+  };
+  const auto occurs = [&](std::wstring_view pattern) {
+    const std::wstring_view v = text.view();
+    for (std::size_t k = 0; k < count; ++k) {
+      if (v.substr(marks[k], pattern.size()) == pattern) return true;
+    }
+    return false;
+  };
+  find_marks();
+  for (const Replacement& row : table) {
+    if (row.text[0] != L'&' && row.text[0] != L'@') {
+      text.Replace(row);
+      find_marks();
+    } else if (count > 0 && occurs(row.text)) {
+      text.Replace(row);
+      find_marks();
+    }
   }
   return text;
 }
 
-std::wstring Lower(std::wstring_view name) {
-  std::wstring lowered = Cut(name);
-  for (wchar_t& c : lowered) c = korvalen::platform::to_lower(c);
-  return lowered;
-}
+wchar_t LowerChar(wchar_t c) { return korvalen::platform::to_lower(c); }
 
-bool IsElementNamed(const IXMLDOMNodePtr& node, const std::wstring& lowered_name) {
+// Whether the node is an element whose name matches the wanted one (already
+// lower case and cut) within the work buffer, without regard to case.
+bool IsElementNamed(const IXMLDOMNodePtr& node, std::wstring_view wanted) {
   xml::NodeType type = xml::NodeType::kOther;
-  std::wstring name;
-  return !xml::node_type(node, type) && type == xml::NodeType::kElement &&
-         !xml::node_name(node, name) && Lower(name) == lowered_name;
+  if (xml::node_type(node, type) || type != xml::NodeType::kElement) return false;
+  thread_local std::wstring name;
+  if (xml::node_name(node, name)) return false;
+  const std::wstring_view cut = std::wstring_view(name).substr(0, kWorkChars);
+  if (cut.size() != wanted.size()) return false;
+  for (std::size_t i = 0; i < cut.size(); ++i) {
+    if (LowerChar(cut[i]) != wanted[i]) return false;
+  }
+  return true;
 }
 
 // The first element named so from candidate on, through the following
 // siblings.
 IXMLDOMNodePtr FindFrom(IXMLDOMNodePtr candidate, const wchar_t* name) {
-  const std::wstring wanted = Lower(korvalen::detail::or_empty(name));
+  WorkText wanted(korvalen::detail::or_empty(name));
+  wchar_t lowered[kWorkChars];
+  const std::wstring_view view = wanted.view();
+  for (std::size_t i = 0; i < view.size(); ++i) lowered[i] = LowerChar(view[i]);
+  const std::wstring_view lower_wanted(lowered, view.size());
   while (candidate) {
-    if (IsElementNamed(candidate, wanted)) return candidate;
+    if (IsElementNamed(candidate, lower_wanted)) return candidate;
     IXMLDOMNodePtr next;
     if (xml::next_sibling(candidate, next)) return nullptr;
-    candidate = next;
+    candidate = std::move(next);
   }
   return nullptr;
 }
@@ -84,7 +145,7 @@ IXMLDOMNodePtr MainElement(std::error_code loaded, const IXMLDOMNodePtr& documen
   return main;
 }
 
-BSTR NewBstr(const std::wstring& text) {
+BSTR NewBstr(std::wstring_view text) {
   return SysAllocStringLen(text.data(), static_cast<UINT>(text.size()));
 }
 
@@ -155,10 +216,10 @@ BSTR GetAttributeValue(IXMLDOMNodePtr node, const wchar_t* name) {
 
 BSTR GetAttributeNodeValue(IXMLDOMNodePtr attribute) {
   try {
-    std::wstring value;
+    thread_local std::wstring value;
     bool is_text = false;
     if (!attribute || xml::node_value(attribute, value, is_text) || !is_text) return EmptyBstr();
-    return NewBstr(Translate(value, kDecoding));
+    return NewBstr(Translate(value, kDecoding).view());
   } catch (...) {
     return EmptyBstr();
   }
@@ -170,7 +231,8 @@ void ChangeAttributeValue(IXMLDOMNodePtr node, const wchar_t* name, const wchar_
     if (!node || name == nullptr || xml::find_attribute(node, name, attribute) || !attribute) {
       return;
     }
-    xml::set_node_value(attribute, Translate(korvalen::detail::or_empty(value), kEncoding).c_str());
+    const std::wstring encoded(Translate(korvalen::detail::or_empty(value), kEncoding).view());
+    xml::set_node_value(attribute, encoded.c_str());
   } catch (...) {
   }
 }
@@ -179,7 +241,7 @@ void TranslateTxtAttributeValue(const wchar_t* source, wchar_t* destination) {
   if (destination == nullptr) return;
   try {
     korvalen::platform::copy_cut(destination, static_cast<int>(kWorkChars + 1),
-                                 Translate(korvalen::detail::or_empty(source), kEncoding));
+                                 Translate(korvalen::detail::or_empty(source), kEncoding).view());
   } catch (...) {
     destination[0] = 0;
   }

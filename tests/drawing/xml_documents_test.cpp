@@ -124,6 +124,24 @@ TEST_F(XmlDocumentsTest, WorkBuffersCutAt255Characters) {
   EXPECT_NE(GetSimpleChildElementNode(parent, (std::wstring(255, L'n') + L"x").c_str()), nullptr);
 }
 
+// Deep, long and large documents: values and names within their buffers, and
+// no crash (a DOM may also refuse the deepest nesting: a null node).
+TEST_F(XmlDocumentsTest, HugeDocumentsStayWithinTheirBuffers) {
+  std::wstring deep;
+  for (int i = 0; i < 10000; ++i) deep += L"<d>";
+  for (int i = 0; i < 10000; ++i) deep += L"</d>";
+  const IXMLDOMNodePtr nested = GetXMLMainNodeObjectFromString(deep.c_str());
+  if (nested != nullptr) {
+    EXPECT_NE(GetSimpleChildElementNode(nested, L"D"), nullptr);
+  }
+
+  const std::wstring long_value(100000, L'v');
+  const std::wstring big = L"<A v=\"" + long_value + L"\">" + std::wstring(5000000, L' ') + L"</A>";
+  const IXMLDOMNodePtr main = GetXMLMainNodeObjectFromString(big.c_str());
+  ASSERT_NE(main, nullptr);
+  EXPECT_EQ(Value(main, L"v"), std::wstring(255, L'v'));
+}
+
 TEST_F(XmlDocumentsTest, AppendsTheMainElementOfAText) {
   const IXMLDOMNodePtr main = GetXMLMainNodeObjectFromString(L"<A><B/></A>");
   AppendChildXMLText(main, L"<C x=\"1\"><D/></C>");

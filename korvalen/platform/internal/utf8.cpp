@@ -27,17 +27,6 @@ void append_utf8(std::string& out, char32_t c) {
   }
 }
 
-void append_wide(std::wstring& out, char32_t c) {
-  if constexpr (sizeof(wchar_t) == 2) {
-    if (c >= 0x10000) {
-      out += static_cast<wchar_t>(0xD800 + ((c - 0x10000) >> 10));
-      out += static_cast<wchar_t>(0xDC00 + ((c - 0x10000) & 0x3FF));
-      return;
-    }
-  }
-  out += static_cast<wchar_t>(c);
-}
-
 // The length of the sequence a lead byte starts and the bits it carries; 0
 // for a byte that cannot start one.
 int sequence_length(unsigned char lead) {
@@ -76,32 +65,52 @@ std::string to_utf8(std::wstring_view text) {
 
 std::wstring from_utf8(std::string_view text) {
   std::wstring out;
-  out.reserve(text.size());
+  from_utf8(text, out);
+  return out;
+}
+
+void from_utf8(std::string_view text, std::wstring& out) {
+  // Never more characters than bytes (a surrogate pair takes four bytes):
+  // the string is sized once and written through a pointer.
+  out.resize(text.size());
+  wchar_t* o = out.data();
   std::size_t i = 0;
   while (i < text.size()) {
     const auto lead = static_cast<unsigned char>(text[i]);
-    const int length = sequence_length(lead);
-    if (length == 0) {
-      append_wide(out, kReplacement);
+    if (lead < 0x80) {
+      *o++ = static_cast<wchar_t>(lead);
       ++i;
       continue;
     }
-    char32_t c = length == 1 ? lead : lead & (0x7F >> length);
-    // A sequence that breaks off is replaced as far as it went; the byte that
-    // broke it starts afresh.
-    int taken = 1;
-    for (; taken < length && i + taken < text.size(); ++taken) {
-      const auto next = static_cast<unsigned char>(text[i + taken]);
-      if ((next & 0xC0) != 0x80) break;
-      c = (c << 6) | (next & 0x3F);
+    const int length = sequence_length(lead);
+    char32_t c = kReplacement;
+    if (length == 0) {
+      ++i;
+    } else {
+      c = lead & (0x7F >> length);
+      // A sequence that breaks off is replaced as far as it went; the byte
+      // that broke it starts afresh.
+      int taken = 1;
+      for (; taken < length && i + taken < text.size(); ++taken) {
+        const auto next = static_cast<unsigned char>(text[i + taken]);
+        if ((next & 0xC0) != 0x80) break;
+        c = (c << 6) | (next & 0x3F);
+      }
+      i += static_cast<std::size_t>(taken);
+      if (taken < length || c < kSmallest[length] || is_surrogate(c) || c > 0x10FFFF) {
+        c = kReplacement;
+      }
     }
-    i += static_cast<std::size_t>(taken);
-    if (taken < length || c < kSmallest[length] || is_surrogate(c) || c > 0x10FFFF) {
-      c = kReplacement;
+    if constexpr (sizeof(wchar_t) == 2) {
+      if (c >= 0x10000) {
+        *o++ = static_cast<wchar_t>(0xD800 + ((c - 0x10000) >> 10));
+        *o++ = static_cast<wchar_t>(0xDC00 + ((c - 0x10000) & 0x3FF));
+        continue;
+      }
     }
-    append_wide(out, c);
+    *o++ = static_cast<wchar_t>(c);
   }
-  return out;
+  out.resize(static_cast<std::size_t>(o - out.data()));
 }
 
 }  // namespace korvalen::platform

@@ -20,5 +20,7 @@ namespace korvalen::platform {
 
 std::string to_utf8(std::wstring_view text);
 std::wstring from_utf8(std::string_view text);
+// The same into a string the caller keeps, whose storage is reused.
+void from_utf8(std::string_view text, std::wstring& out);
 
 }  // namespace korvalen::platform

@@ -4,6 +4,7 @@
 #pragma once
 
 #include <atomic>
+#include <cstdio>
 #include <pugixml.hpp>
 #include <string>
 #include <string_view>
@@ -12,6 +13,11 @@
 
 struct IXMLDOMNodePtr::Document {
   std::atomic<long> references{0};
+  // The parsed text, which the tree points into (UTF-8 documents only).
+  std::string text;
+  // The size of the file or text the document came from: about how long its
+  // markup is when saved.
+  std::size_t source_size = 0;
   pugi::xml_document tree;
 };
 
@@ -38,13 +44,22 @@ inline pugi::xml_attribute tree_attribute(const IXMLDOMNodePtr& node) {
       reinterpret_cast<std::uintptr_t>(node.node()) & ~std::uintptr_t{1}));
 }
 
-// The text of a document file as UTF-8, for the parser: from a byte-order
-// mark, the look of its first characters, or the encoding its declaration
-// names. False when the bytes are no text in that encoding.
-bool document_text(std::string_view bytes, std::string& utf8);
+// The text of a document file as the parser takes it: the encoding comes
+// from a byte-order mark, the look of the first characters, or the label of
+// an 8-bit declaration. UTF-8 and UTF-16 are handed on as they are (the
+// parser converts UTF-16), windows-1252 converted to UTF-8. False when the
+// bytes are no text in their encoding (bad UTF-8, an odd number of UTF-16
+// bytes).
+struct ParserInput {
+  std::string bytes;
+  pugi::xml_encoding encoding = pugi::encoding_utf8;
+};
+bool document_text(std::string bytes, ParserInput& input);
 
-// The bytes of a document as it is saved, in the encoding its declaration
-// names.
-std::string document_bytes(const pugi::xml_document& tree);
+// Writes the document to the file in the encoding its declaration names
+// (UTF-16LE with a byte-order mark for "Unicode" and "UTF-16", windows-1252
+// for that label, UTF-8 otherwise). size_hint is about how long its markup
+// is; false when the file reports an error.
+bool write_document(const pugi::xml_document& tree, std::size_t size_hint, FILE* file);
 
 }  // namespace korvalen::platform::posix

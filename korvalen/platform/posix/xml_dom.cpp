@@ -45,10 +45,20 @@ bool one_main_element(const pugi::xml_document& tree) {
   return elements == 1;
 }
 
-std::error_code parse(const std::string& text, IXMLDOMNodePtr& document) {
+// Parses the text; UTF-8 in place, the document keeping the bytes, other
+// encodings converted by the parser.
+std::error_code parse(posix::ParserInput input, IXMLDOMNodePtr& document) {
   auto owned = std::make_unique<Document>();
-  const pugi::xml_parse_result result =
-      owned->tree.load_buffer(text.data(), text.size(), kParseOptions, pugi::encoding_utf8);
+  owned->source_size = input.bytes.size();
+  pugi::xml_parse_result result;
+  if (input.encoding == pugi::encoding_utf8) {
+    owned->text = std::move(input.bytes);
+    result = owned->tree.load_buffer_inplace(owned->text.data(), owned->text.size(), kParseOptions,
+                                             pugi::encoding_utf8);
+  } else {
+    result = owned->tree.load_buffer(input.bytes.data(), input.bytes.size(), kParseOptions,
+                                     input.encoding);
+  }
   if (!result || !one_main_element(owned->tree)) return malformed();
   Document* doc = owned.release();
   document = IXMLDOMNodePtr(doc, posix::handle_of(doc->tree.root()));
@@ -111,20 +121,27 @@ std::error_code create(IXMLDOMNodePtr& document) {
 std::error_code load_file(const wchar_t* path, IXMLDOMNodePtr& document) {
   FILE* file = nullptr;
   if (const std::error_code error = platform::open_file(path, L"rb", -1, file)) return error;
+  // Read whole at the size the file has; a file that grows meanwhile is read
+  // on to its end.
   std::string bytes;
+  if (std::fseek(file, 0, SEEK_END) == 0) {
+    const long size = std::ftell(file);
+    if (size > 0) bytes.reserve(static_cast<std::size_t>(size));
+    std::rewind(file);
+  }
   char block[65536];
   std::size_t n = 0;
   while ((n = std::fread(block, 1, sizeof block, file)) > 0) bytes.append(block, n);
   const bool read = std::ferror(file) == 0;
   std::fclose(file);
   if (!read) return make_error(std::errc::io_error);
-  std::string text;
-  if (!posix::document_text(bytes, text)) return malformed();
-  return parse(text, document);
+  posix::ParserInput input;
+  if (!posix::document_text(std::move(bytes), input)) return malformed();
+  return parse(std::move(input), document);
 }
 
 std::error_code load_text(const wchar_t* text, IXMLDOMNodePtr& document) {
-  return parse(to_utf8(text), document);
+  return parse(posix::ParserInput{to_utf8(text), pugi::encoding_utf8}, document);
 }
 
 std::error_code document_element(const IXMLDOMNodePtr& document, IXMLDOMNodePtr& element) {
@@ -166,10 +183,11 @@ std::error_code append_element(const IXMLDOMNodePtr& parent, const wchar_t* name
 
 std::error_code save(const IXMLDOMNodePtr& document, const wchar_t* path) {
   if (!is_document(document)) return invalid();
-  const std::string bytes = posix::document_bytes(document.document()->tree);
   FILE* file = nullptr;
   if (const std::error_code error = platform::open_file(path, L"wb", -1, file)) return error;
-  const bool written = std::fwrite(bytes.data(), 1, bytes.size(), file) == bytes.size();
+  const Document& doc = *document.document();
+  // A loaded document's markup is about as long as its text was.
+  const bool written = posix::write_document(doc.tree, doc.source_size + 4096, file);
   if (std::fclose(file) != 0 || !written) return make_error(std::errc::io_error);
   return {};
 }
@@ -207,7 +225,7 @@ std::error_code node_type(const IXMLDOMNodePtr& node, NodeType& type) {
 
 std::error_code node_name(const IXMLDOMNodePtr& node, std::wstring& name) {
   if (posix::is_attribute(node)) {
-    name = from_utf8(tree_attribute(node).name());
+    from_utf8(tree_attribute(node).name(), name);
     return {};
   }
   const pugi::xml_node n = tree_node(node);
@@ -225,7 +243,7 @@ std::error_code node_name(const IXMLDOMNodePtr& node, std::wstring& name) {
       name = L"#comment";
       break;
     default:
-      name = from_utf8(n.name());
+      from_utf8(n.name(), name);
   }
   return {};
 }
@@ -242,7 +260,7 @@ std::error_code next_sibling(const IXMLDOMNodePtr& node, IXMLDOMNodePtr& sibling
 
 std::error_code node_value(const IXMLDOMNodePtr& node, std::wstring& value, bool& is_text) {
   if (posix::is_attribute(node)) {
-    value = from_utf8(tree_attribute(node).value());
+    from_utf8(tree_attribute(node).value(), value);
     is_text = true;
     return {};
   }
@@ -252,7 +270,7 @@ std::error_code node_value(const IXMLDOMNodePtr& node, std::wstring& value, bool
     case pugi::node_cdata:
     case pugi::node_comment:
     case pugi::node_pi:
-      value = from_utf8(n.value());
+      from_utf8(n.value(), value);
       is_text = true;
       break;
     case pugi::node_declaration:

@@ -10,12 +10,37 @@
 #include <string>
 #include <string_view>
 
+#if defined(__SSE2__)
+#include <emmintrin.h>
+#endif
+
 #include "korvalen/platform/internal/text_codec.h"
 #include "korvalen/platform/internal/utf8.h"
 #include "korvalen/platform/posix/xml_document.h"
 
 namespace korvalen::platform::posix {
 namespace {
+
+// Documents are nearly all ASCII: where the machine has vectors, runs of it
+// are converted 8 characters at a time.
+#if defined(__SSE2__)
+bool is_ascii16(const unsigned char* bytes) {
+  return _mm_movemask_epi8(_mm_loadu_si128(reinterpret_cast<const __m128i*>(bytes))) == 0;
+}
+
+// The next 16 bytes widened to 16 little-endian UTF-16 units when all of them
+// are ASCII; false, with nothing written, otherwise.
+bool widen_ascii16(const unsigned char* bytes, char* out) {
+  const __m128i v = _mm_loadu_si128(reinterpret_cast<const __m128i*>(bytes));
+  if (_mm_movemask_epi8(v) != 0) return false;
+  _mm_storeu_si128(reinterpret_cast<__m128i*>(out), _mm_unpacklo_epi8(v, _mm_setzero_si128()));
+  _mm_storeu_si128(reinterpret_cast<__m128i*>(out + 16), _mm_unpackhi_epi8(v, _mm_setzero_si128()));
+  return true;
+}
+#else
+bool is_ascii16(const unsigned char*) { return false; }
+bool widen_ascii16(const unsigned char*, char*) { return false; }
+#endif
 
 enum class Encoding { kUtf8, kUtf16Le, kUtf16Be, kWindows1252 };
 
@@ -55,114 +80,126 @@ std::string_view declared_label(std::string_view bytes) {
   return declaration.substr(p, close - p);
 }
 
-bool utf16_to_utf8(std::string_view bytes, bool little_endian, std::string& utf8) {
-  if (bytes.size() % 2 != 0) return false;
-  std::wstring wide;
-  wide.reserve(bytes.size() / 2);
-  const auto unit = [&](std::size_t i) {
-    const auto a = static_cast<unsigned char>(bytes[i]);
-    const auto b = static_cast<unsigned char>(bytes[i + 1]);
-    return static_cast<char32_t>(little_endian ? a | (b << 8) : (a << 8) | b);
-  };
-  for (std::size_t i = 0; i < bytes.size(); i += 2) {
-    char32_t c = unit(i);
-    if (c >= 0xD800 && c < 0xDC00 && i + 2 < bytes.size()) {
-      const char32_t low = unit(i + 2);
-      if (low >= 0xDC00 && low <= 0xDFFF) {
-        c = 0x10000 + ((c - 0xD800) << 10) + (low - 0xDC00);
-        i += 2;
-      }
-    }
-    wide += static_cast<wchar_t>(c);  // a lone surrogate is replaced when encoded
-  }
-  utf8 = to_utf8(wide);
-  return true;
-}
-
+// Whether the bytes are UTF-8: ASCII runs skipped 16 at a time, each other
+// sequence checked as the codec reads it.
 bool valid_utf8(std::string_view bytes) {
-  // The codec replaces what is malformed; text that changes was malformed.
-  return to_utf8(from_utf8(bytes)) == bytes;
+  const auto* p = reinterpret_cast<const unsigned char*>(bytes.data());
+  const std::size_t n = bytes.size();
+  std::size_t i = 0;
+  while (i < n) {
+    if (i + 16 <= n && is_ascii16(p + i)) {
+      i += 16;
+      continue;
+    }
+    if (p[i] < 0x80) {
+      ++i;
+      continue;
+    }
+    const std::size_t start = i++;
+    while (i < n && (p[i] & 0xC0) == 0x80) ++i;
+    const std::string_view sequence = bytes.substr(start, i - start);
+    if (to_utf8(from_utf8(sequence)) != sequence) return false;
+  }
+  return true;
 }
 
 // --- writing ----------------------------------------------------------------
 
-void append_escaped(std::wstring& out, std::wstring_view text, bool attribute) {
-  for (const wchar_t c : text) {
-    switch (c) {
-      case L'&':
-        out += L"&amp;";
-        break;
-      case L'<':
-        out += L"&lt;";
-        break;
-      case L'>':
-        if (attribute) {
-          out += c;
-        } else {
-          out += L"&gt;";
-        }
-        break;
-      case L'"':
-        if (attribute) {
-          out += L"&quot;";
-        } else {
-          out += c;
-        }
-        break;
-      case L'\t':
-      case L'\n':
-      case L'\r':
-        if (attribute) {
-          out += L"&#x";
-          out += c == L'\t' ? L"9" : c == L'\n' ? L"A" : L"D";
-          out += L';';
-        } else {
-          out += c;
-        }
-        break;
-      default:
-        out += c;
-    }
+// The tree's texts are UTF-8 already; the markup around them is written so
+// too, and converted once at the end.
+// The reference a character is written as, or null for one written as it is.
+const char* escape(char c, bool attribute) {
+  switch (c) {
+    case '&':
+      return "&amp;";
+    case '<':
+      return "&lt;";
+    case '>':
+      return attribute ? nullptr : "&gt;";
+    case '"':
+      return attribute ? "&quot;" : nullptr;
+    case '\t':
+      return attribute ? "&#x9;" : nullptr;
+    case '\n':
+      return attribute ? "&#xA;" : nullptr;
+    case '\r':
+      return attribute ? "&#xD;" : nullptr;
+    default:
+      return nullptr;
   }
 }
 
-std::wstring wide(const char* utf8) { return from_utf8(utf8); }
+// The bytes that end a run of text written as it is: the terminator, and
+// those written as references (in text, in attribute values).
+struct Stops {
+  bool text[256] = {};
+  bool attribute[256] = {};
+  constexpr Stops() {
+    for (const unsigned char c : {'\0', '&', '<', '>'}) text[c] = true;
+    for (const unsigned char c : {'\0', '&', '<', '"', '\t', '\n', '\r'}) attribute[c] = true;
+  }
+};
+constexpr Stops kStops;
 
-void write_start(std::wstring& out, pugi::xml_node node) {
-  out += L'<';
-  out += wide(node.name());
+void append_escaped(std::string& out, const char* text, bool attribute) {
+  const bool* stops = attribute ? kStops.attribute : kStops.text;
+  for (;;) {
+    const char* run = text;
+    while (!stops[static_cast<unsigned char>(*text)]) ++text;
+    out.append(run, static_cast<std::size_t>(text - run));
+    if (*text == 0) return;
+    out += escape(*text, attribute);
+    ++text;
+  }
+}
+
+void write_start(std::string& out, pugi::xml_node node) {
+  out += '<';
+  out += node.name();
   for (pugi::xml_attribute a = node.first_attribute(); a; a = a.next_attribute()) {
-    out += L' ';
-    out += wide(a.name());
-    out += L"=\"";
-    append_escaped(out, wide(a.value()), true);
-    out += L'"';
+    out += ' ';
+    out += a.name();
+    out += "=\"";
+    append_escaped(out, a.value(), true);
+    out += '"';
   }
-  out += node.first_child() ? L">" : L"/>";
+  out += node.first_child() ? ">" : "/>";
 }
 
-void write_leaf(std::wstring& out, pugi::xml_node node) {
+void write_leaf(std::string& out, pugi::xml_node node) {
   switch (node.type()) {
     case pugi::node_pcdata:
-      append_escaped(out, wide(node.value()), false);
+      append_escaped(out, node.value(), false);
       break;
     case pugi::node_cdata:
-      out += L"<![CDATA[" + wide(node.value()) + L"]]>";
+      out += "<![CDATA[";
+      out += node.value();
+      out += "]]>";
       break;
     case pugi::node_comment:
-      out += L"<!--" + wide(node.value()) + L"-->";
+      out += "<!--";
+      out += node.value();
+      out += "-->";
       break;
     case pugi::node_pi:
-      out += L"<?" + wide(node.name());
-      if (*node.value() != 0) out += L" " + wide(node.value());
-      out += L"?>";
+      out += "<?";
+      out += node.name();
+      if (*node.value() != 0) {
+        out += ' ';
+        out += node.value();
+      }
+      out += "?>";
       break;
     case pugi::node_declaration:
-      out += L"<?xml";
+      out += "<?xml";
       for (pugi::xml_attribute a = node.first_attribute(); a; a = a.next_attribute()) {
-        out += L" " + wide(a.name()) + L"=\"" + wide(a.value()) + L"\"";
+        out += ' ';
+        out += a.name();
+        out += "=\"";
+        out += a.value();
+        out += '"';
       }
-      out += L"?>";
+      out += "?>";
       break;
     default:  // a document type is not kept
       break;
@@ -171,8 +208,9 @@ void write_leaf(std::wstring& out, pugi::xml_node node) {
 
 // The whole tree without recursion: documents may be nested deeper than the
 // stack would allow.
-std::wstring document_markup(const pugi::xml_document& tree) {
-  std::wstring out;
+std::string document_markup(const pugi::xml_document& tree, std::size_t size_hint) {
+  std::string out;
+  out.reserve(size_hint);
   for (pugi::xml_node top = tree.first_child(); top; top = top.next_sibling()) {
     pugi::xml_node node = top;
     for (;;) {
@@ -188,70 +226,121 @@ std::wstring document_markup(const pugi::xml_document& tree) {
       // Up until a node with a next sibling, closing the elements left.
       while (node != top && !node.next_sibling()) {
         node = node.parent();
-        out += L"</" + wide(node.name()) + L">";
+        out += "</";
+        out += node.name();
+        out += '>';
       }
       if (node == top) break;
       node = node.next_sibling();
     }
-    if (top.type() != pugi::node_doctype) out += L"\r\n";
+    if (top.type() != pugi::node_doctype) out += "\r\n";
   }
   return out;
 }
 
-}  // namespace
-
-bool document_text(std::string_view bytes, std::string& utf8) {
-  if (bytes.size() >= 2 && bytes[0] == '\xFF' && bytes[1] == '\xFE') {
-    return utf16_to_utf8(bytes.substr(2), true, utf8);
+// UTF-8 (as the tree holds it: valid) written as UTF-16LE behind a
+// byte-order mark, a block at a time: each byte gives at most one unit.
+bool write_utf16(std::string_view utf8, FILE* file) {
+  constexpr std::size_t kBlockBytes = 32768;
+  char units[2 * kBlockBytes + 4];
+  units[0] = '\xFF';
+  units[1] = '\xFE';
+  char* o = units + 2;
+  const auto put = [&o](char32_t unit) {
+    *o++ = static_cast<char>(unit & 0xFF);
+    *o++ = static_cast<char>(unit >> 8);
+  };
+  const auto* p = reinterpret_cast<const unsigned char*>(utf8.data());
+  const std::size_t n = utf8.size();
+  std::size_t i = 0;
+  while (i < n) {
+    // A block ends before a sequence's lead byte, never inside it.
+    std::size_t end = i + kBlockBytes < n ? i + kBlockBytes : n;
+    while (end < n && end > i && (p[end] & 0xC0) == 0x80) --end;
+    while (i < end) {
+      if (i + 16 <= end && widen_ascii16(p + i, o)) {
+        i += 16;
+        o += 32;
+        continue;
+      }
+      const unsigned char lead = p[i];
+      if (lead < 0x80) {
+        put(lead);
+        ++i;
+        continue;
+      }
+      const int length = lead >= 0xF0 ? 4 : lead >= 0xE0 ? 3 : 2;
+      char32_t c = lead & (0x7F >> length);
+      for (int k = 1; k < length && i + k < n; ++k) c = (c << 6) | (p[i + k] & 0x3F);
+      i += static_cast<std::size_t>(length);
+      if (c >= 0x10000) {
+        put(0xD800 + ((c - 0x10000) >> 10));
+        put(0xDC00 + ((c - 0x10000) & 0x3FF));
+      } else {
+        put(c);
+      }
+    }
+    const auto size = static_cast<std::size_t>(o - units);
+    if (std::fwrite(units, 1, size, file) != size) return false;
+    o = units;
   }
-  if (bytes.size() >= 2 && bytes[0] == '\xFE' && bytes[1] == '\xFF') {
-    return utf16_to_utf8(bytes.substr(2), false, utf8);
-  }
-  if (bytes.substr(0, 3) == "\xEF\xBB\xBF") bytes.remove_prefix(3);
-  // Without a mark, UTF-16 shows in its first character, '<' or a blank.
-  if (bytes.size() >= 2 && bytes[0] != 0 && bytes[1] == 0) return utf16_to_utf8(bytes, true, utf8);
-  if (bytes.size() >= 2 && bytes[0] == 0 && bytes[1] != 0) return utf16_to_utf8(bytes, false, utf8);
-  if (encoding_named(declared_label(bytes)) == Encoding::kWindows1252) {
-    std::wstring text;
-    text.reserve(bytes.size());
-    for (const char c : bytes) text += ansi_char_to_wide(static_cast<unsigned char>(c));
-    utf8 = to_utf8(text);
-    return true;
-  }
-  if (!valid_utf8(bytes)) return false;
-  utf8.assign(bytes);
+  if (o != units) return std::fwrite(units, 1, 2, file) == 2;  // an empty document: the mark
   return true;
 }
 
-std::string document_bytes(const pugi::xml_document& tree) {
+}  // namespace
+
+bool document_text(std::string bytes, ParserInput& input) {
+  const std::string_view view = bytes;
+  std::size_t mark = 0;
+  if (view.substr(0, 2) == "\xFF\xFE") {
+    input.encoding = pugi::encoding_utf16_le;
+    mark = 2;
+  } else if (view.substr(0, 2) == "\xFE\xFF") {
+    input.encoding = pugi::encoding_utf16_be;
+    mark = 2;
+  } else if (view.substr(0, 3) == "\xEF\xBB\xBF") {
+    input.encoding = pugi::encoding_utf8;
+    mark = 3;
+  } else if (view.size() >= 2 && view[0] != 0 && view[1] == 0) {
+    // Without a mark, UTF-16 shows in its first character, '<' or a blank.
+    input.encoding = pugi::encoding_utf16_le;
+  } else if (view.size() >= 2 && view[0] == 0 && view[1] != 0) {
+    input.encoding = pugi::encoding_utf16_be;
+  } else if (encoding_named(declared_label(view)) == Encoding::kWindows1252) {
+    std::wstring text;
+    text.reserve(view.size());
+    for (const char c : view) text += ansi_char_to_wide(static_cast<unsigned char>(c));
+    input.bytes = to_utf8(text);
+    input.encoding = pugi::encoding_utf8;
+    return true;
+  } else {
+    input.encoding = pugi::encoding_utf8;
+  }
+  if (input.encoding == pugi::encoding_utf8 ? !valid_utf8(view.substr(mark))
+                                            : (view.size() - mark) % 2 != 0) {
+    return false;
+  }
+  bytes.erase(0, mark);
+  input.bytes = std::move(bytes);
+  return true;
+}
+
+bool write_document(const pugi::xml_document& tree, std::size_t size_hint, FILE* file) {
   Encoding encoding = Encoding::kUtf8;
   for (pugi::xml_node top = tree.first_child(); top; top = top.next_sibling()) {
     if (top.type() == pugi::node_declaration) {
       encoding = encoding_named(top.attribute("encoding").value());
     }
   }
-  const std::wstring markup = document_markup(tree);
-  std::string bytes;
+  const std::string markup = document_markup(tree, size_hint);
   switch (encoding) {
     case Encoding::kUtf16Le:
     case Encoding::kUtf16Be:
-      bytes = "\xFF\xFE";
-      for (const wchar_t c : markup) {
-        const auto put = [&bytes](char32_t unit) {
-          bytes += static_cast<char>(unit & 0xFF);
-          bytes += static_cast<char>(unit >> 8);
-        };
-        const auto code = static_cast<char32_t>(c);
-        if (code >= 0x10000 && code <= 0x10FFFF) {
-          put(0xD800 + ((code - 0x10000) >> 10));
-          put(0xDC00 + ((code - 0x10000) & 0x3FF));
-        } else {
-          put(code > 0xFFFF ? 0xFFFD : code);
-        }
-      }
-      break;
-    case Encoding::kWindows1252:
-      for (const wchar_t c : markup) {
+      return write_utf16(markup, file);
+    case Encoding::kWindows1252: {
+      std::string bytes;
+      for (const wchar_t c : from_utf8(markup)) {
         const char byte = c == 0 ? 0 : wide_char_to_ansi(c);
         if (byte != 0 && ansi_char_to_wide(static_cast<unsigned char>(byte)) == c) {
           bytes += byte;
@@ -259,12 +348,12 @@ std::string document_bytes(const pugi::xml_document& tree) {
           bytes += "&#" + std::to_string(static_cast<std::uint32_t>(c)) + ";";
         }
       }
-      break;
+      return std::fwrite(bytes.data(), 1, bytes.size(), file) == bytes.size();
+    }
     case Encoding::kUtf8:
-      bytes = to_utf8(markup);
       break;
   }
-  return bytes;
+  return std::fwrite(markup.data(), 1, markup.size(), file) == markup.size();
 }
 
 }  // namespace korvalen::platform::posix

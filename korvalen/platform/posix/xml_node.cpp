@@ -4,18 +4,46 @@
 
 #include <utility>
 
+#if defined(__GLIBC__)
+#include <sys/single_threaded.h>
+#endif
+
 #include "korvalen/platform/posix/xml_document.h"
 
 namespace {
 
+// While the process has a single thread no other one can hold a pointer, so
+// the count is kept without atomic operations until there are more (the flag
+// never goes back), as the C++ library does for its shared pointers.
+bool single_threaded() {
+#if defined(__GLIBC__)
+  return __libc_single_threaded != 0;
+#else
+  return false;
+#endif
+}
+
 void acquire(IXMLDOMNodePtr::Document* document) {
-  if (document != nullptr) document->references.fetch_add(1, std::memory_order_relaxed);
+  if (document == nullptr) return;
+  auto& count = document->references;
+  if (single_threaded()) {
+    count.store(count.load(std::memory_order_relaxed) + 1, std::memory_order_relaxed);
+  } else {
+    count.fetch_add(1, std::memory_order_relaxed);
+  }
 }
 
 void release(IXMLDOMNodePtr::Document* document) {
-  if (document != nullptr && document->references.fetch_sub(1, std::memory_order_acq_rel) == 1) {
-    delete document;
+  if (document == nullptr) return;
+  auto& count = document->references;
+  long left = 0;
+  if (single_threaded()) {
+    left = count.load(std::memory_order_relaxed) - 1;
+    count.store(left, std::memory_order_relaxed);
+  } else {
+    left = count.fetch_sub(1, std::memory_order_acq_rel) - 1;
   }
+  if (left == 0) delete document;
 }
 
 }  // namespace
