@@ -24,6 +24,7 @@
 #endif
 
 #include "korvalen/korvalen.h"
+#include "ratio_reporter.h"
 
 namespace {
 
@@ -56,10 +57,6 @@ class SettingsFile {
  private:
   std::string name_;
 };
-
-double Fastest(const std::vector<double>& times) {
-  return times.empty() ? 0.0 : *std::min_element(times.begin(), times.end());
-}
 
 const std::string& FileName() {
   static const SettingsFile file;
@@ -99,7 +96,9 @@ void ConfigReader(benchmark::State& state) {
   state.counters["allocs_per_record"] =
       static_cast<double>(allocations) / static_cast<double>(state.iterations() * kRecords);
 }
-BENCHMARK(ConfigReader)->Unit(benchmark::kMillisecond)->ComputeStatistics("min", Fastest);
+BENCHMARK(ConfigReader)
+    ->Unit(benchmark::kMillisecond)
+    ->ComputeStatistics("min", korvalen::bench::Fastest);
 
 // Counts the lines of the settings file read with std::fgets from the stream
 // that open gives.
@@ -124,7 +123,9 @@ void CountLinesWithFgets(benchmark::State& state, Open open) {
 void PlainFgets(benchmark::State& state) {
   CountLinesWithFgets(state, [](const std::string& name) { return std::fopen(name.c_str(), "r"); });
 }
-BENCHMARK(PlainFgets)->Unit(benchmark::kMillisecond)->ComputeStatistics("min", Fastest);
+BENCHMARK(PlainFgets)
+    ->Unit(benchmark::kMillisecond)
+    ->ComputeStatistics("min", korvalen::bench::Fastest);
 
 // The floor: fgets into bytes, the bytes up to the line end widened (16 at a
 // time where the machine has vectors), then the index and the four values read
@@ -244,14 +245,18 @@ void FloorReader(benchmark::State& state) {
   }
   state.SetItemsProcessed(state.iterations() * kRecords);
 }
-BENCHMARK(FloorReader)->Unit(benchmark::kMillisecond)->ComputeStatistics("min", Fastest);
+BENCHMARK(FloorReader)
+    ->Unit(benchmark::kMillisecond)
+    ->ComputeStatistics("min", korvalen::bench::Fastest);
 
 // Where the reader's time goes: the library's text stream alone, and the
 // stream with the line conversion, without any field.
 void TextStreamFgets(benchmark::State& state) {
   CountLinesWithFgets(state, [](const std::string& name) { return fOpen(name.c_str(), "rt"); });
 }
-BENCHMARK(TextStreamFgets)->Unit(benchmark::kMillisecond)->ComputeStatistics("min", Fastest);
+BENCHMARK(TextStreamFgets)
+    ->Unit(benchmark::kMillisecond)
+    ->ComputeStatistics("min", korvalen::bench::Fastest);
 
 void RecordLinesOnly(benchmark::State& state) {
   const std::string& name = FileName();
@@ -274,44 +279,9 @@ void RecordLinesOnly(benchmark::State& state) {
   }
   state.SetItemsProcessed(state.iterations() * kRecords);
 }
-BENCHMARK(RecordLinesOnly)->Unit(benchmark::kMillisecond)->ComputeStatistics("min", Fastest);
-
-// The console output plus the ratio of the two runs.
-class RatioReporter : public benchmark::ConsoleReporter {
- public:
-  void ReportRuns(const std::vector<Run>& runs) override {
-    ConsoleReporter::ReportRuns(runs);
-    for (const Run& run : runs) {
-      // With repetitions the fastest run comes after the single runs and
-      // wins: on a machine shared with other work, other work only ever adds
-      // time, so the minimum is the best estimate of the cost itself.
-      const bool fastest = run.run_type == Run::RT_Aggregate && run.aggregate_name == "min";
-      if ((run.run_type == Run::RT_Iteration || fastest) && !run.error_occurred) {
-        times_[run.run_name.function_name] = {run.GetAdjustedRealTime(), run.GetAdjustedCPUTime()};
-      }
-    }
-  }
-  void PrintRatios() const {
-    PrintRatio("ConfigReader", " (target <= 2.0)");
-    PrintRatio("FloorReader", " (the least any reader of these records pays)");
-  }
-
- private:
-  void PrintRatio(const std::string& name, const char* note) const {
-    const auto reader = times_.find(name);
-    const auto plain = times_.find("PlainFgets");
-    if (reader == times_.end() || plain == times_.end()) return;
-    if (plain->second.real <= 0 || plain->second.cpu <= 0) return;
-    std::cout << "ratio " << name << " / PlainFgets: " << reader->second.real / plain->second.real
-              << " real, " << reader->second.cpu / plain->second.cpu << " cpu" << note << "\n";
-  }
-
-  struct Times {
-    double real;
-    double cpu;
-  };
-  std::map<std::string, Times> times_;
-};
+BENCHMARK(RecordLinesOnly)
+    ->Unit(benchmark::kMillisecond)
+    ->ComputeStatistics("min", korvalen::bench::Fastest);
 
 }  // namespace
 
@@ -323,24 +293,12 @@ void* operator new(std::size_t size) {
   throw std::bad_alloc();
 }
 
-// On a machine shared with other work the speed drifts over seconds, and
-// readers measured one after the other are measured in different weather. So
-// unless told otherwise every benchmark runs 20 times, the runs of all of them
-// shuffled together, and the ratios are taken from the fastest runs.
+// Every benchmark runs 20 times, the runs of all of them shuffled together,
+// and the ratios are taken from the fastest runs.
 int main(int argc, char** argv) {
-  std::vector<char*> args(argv, argv + argc);
-  char repetitions[] = "--benchmark_repetitions=20";
-  char interleaving[] = "--benchmark_enable_random_interleaving=true";
-  char aggregates[] = "--benchmark_report_aggregates_only=true";
-  args.insert(args.begin() + 1, {repetitions, interleaving, aggregates});
-  argc = static_cast<int>(args.size());
-  argv = args.data();
-  benchmark::Initialize(&argc, argv);
-  if (benchmark::ReportUnrecognizedArguments(argc, argv)) return 1;
   FileName();  // written before any measurement
-  RatioReporter reporter;
-  benchmark::RunSpecifiedBenchmarks(&reporter);
-  reporter.PrintRatios();
-  benchmark::Shutdown();
-  return 0;
+  korvalen::bench::RatioReporter reporter(
+      {{"ConfigReader", "PlainFgets", " (target <= 2.0)"},
+       {"FloorReader", "PlainFgets", " (the least any reader of these records pays)"}});
+  return korvalen::bench::RunInterleaved(argc, argv, reporter, 20);
 }
