@@ -26,6 +26,7 @@
 #include "korvalen/foundation/string_resources.h"
 #include "korvalen/foundation/text_conversion.h"
 #include "korvalen/foundation/time_and_rounding.h"
+#include "korvalen/machine/cni_process_files.h"
 #include "korvalen/settings/database_connection.h"
 #include "korvalen/settings/material_reference.h"
 #include "korvalen/settings/product_settings.h"
