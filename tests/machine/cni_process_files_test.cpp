@@ -10,6 +10,7 @@
 #include <filesystem>
 #include <map>
 #include <optional>
+#include <sstream>
 #include <string>
 
 #include "temp_dir_test.h"
@@ -20,28 +21,44 @@ using korvalen::testing::WriteBytes;
 
 // The outputs a call left other than the caller's placeholders, by record (K1
 // is the machine's first K text), numbers in decimal.
-using Values = std::map<std::string, std::wstring>;
+using Values = std::map<std::wstring, std::wstring>;
+
+// "Z024=3;K1=PPLASER.EXE" as Values.
+Values V(const std::wstring& list) {
+  Values values;
+  std::wstringstream in(list);
+  for (std::wstring item; std::getline(in, item, L';');) {
+    const std::size_t eq = item.find(L'=');
+    values[item.substr(0, eq)] = item.substr(eq + 1);
+  }
+  return values;
+}
+
+// a with the values of b over its own.
+Values operator+(Values a, const Values& b) {
+  for (const auto& [name, value] : b) a.insert_or_assign(name, value);
+  return a;
+}
 
 constexpr const wchar_t* kCallerText = L"(caller)";
-constexpr int kCallerNumber = -1;
 
-Values Changed(const char* const* names, int count, wchar_t (*texts)[81], const int* numbers,
-               int first_number) {
+// The names of the text outputs, then of the numbers.
+Values Changed(const wchar_t* const* names, wchar_t (*texts)[81], const int* numbers, int count) {
   Values changed;
-  for (int i = 0; i < count; ++i) {
-    if (i < first_number && std::wcscmp(texts[i], kCallerText) != 0) changed[names[i]] = texts[i];
-    if (i >= first_number && numbers[i - first_number] != kCallerNumber) {
-      changed[names[i]] = std::to_wstring(numbers[i - first_number]);
-    }
+  for (int i = 0; i < 16; ++i) {
+    if (std::wcscmp(texts[i], kCallerText) != 0) changed[names[i]] = texts[i];
+  }
+  for (int i = 16; i < count; ++i) {
+    if (numbers[i - 16] != -1) changed[names[i]] = std::to_wstring(numbers[i - 16]);
   }
   return changed;
 }
 
 Values Generation(int machine, bool with_z068) {
-  static const char* const kNames[] = {"Z006", "Z007", "A100",    "A101", "A102", "K1",   "K2",
-                                       "K3",   "K4",   "K5",      "K6",   "K7",   "K8",   "L1",
-                                       "L2",   "L3",   "machine", "Z024", "Z018", "Z021", "Z022",
-                                       "Z027", "flag", "Z029",    "Z068"};
+  static const wchar_t* const kNames[] = {
+      L"Z006", L"Z007", L"A100", L"A101", L"A102", L"K1",   L"K2",  L"K3",      L"K4",
+      L"K5",   L"K6",   L"K7",   L"K8",   L"L1",   L"L2",   L"L3",  L"machine", L"Z024",
+      L"Z018", L"Z021", L"Z022", L"Z027", L"flag", L"Z029", L"Z068"};
   wchar_t t[16][81];
   for (auto& text : t) std::wcscpy(text, kCallerText);
   int n[9] = {machine, -1, -1, -1, -1, -1, -1, -1, -1};
@@ -54,27 +71,21 @@ Values Generation(int machine, bool with_z068) {
                            t[5], t[6], t[7], t[8], t[9], t[10], t[11], t[12], t[13], t[14], t[15],
                            n[5], n[6], n[7]);
   }
-  return Changed(kNames, 25, t, n, 16);
+  return Changed(kNames, t, n, 25);
 }
 
 Values Import(int machine) {
-  static const char* const kNames[] = {"Z006", "Z007",    "I0",      "I1",   "I2",   "I3",   "I4",
-                                       "I5",   "K1",      "K2",      "K3",   "L1",   "L2",   "L3",
-                                       "N1",   "company", "machine", "Z024", "Z018", "Z021", "Z022",
-                                       "Z028", "Z041",    "flag",    "Z034", "Z066"};
+  static const wchar_t* const kNames[] = {
+      L"Z006", L"Z007", L"I0",   L"I1",   L"I2",   L"I3",   L"I4",      L"I5",      L"K1",
+      L"K2",   L"K3",   L"L1",   L"L2",   L"L3",   L"N1",   L"company", L"machine", L"Z024",
+      L"Z018", L"Z021", L"Z022", L"Z028", L"Z041", L"flag", L"Z034",    L"Z066"};
   wchar_t t[16][81];
   for (auto& text : t) std::wcscpy(text, kCallerText);
   int n[10] = {machine, -1, -1, -1, -1, -1, -1, -1, -1, -1};
   LeerMirselPrcCNIImport(nullptr, n[0], n[1], t[0], t[1], n[2], n[3], n[4], t[2], t[3], t[4], t[5],
                          t[6], t[7], t[8], t[9], t[10], t[11], t[12], t[13], t[14], n[5], n[6],
                          n[7], n[8], t[15], n[9]);
-  return Changed(kNames, 26, t, n, 16);
-}
-
-// a with the values of b over its own.
-Values operator+(Values a, const Values& b) {
-  for (const auto& [name, value] : b) a.insert_or_assign(name, value);
-  return a;
+  return Changed(kNames, t, n, 26);
 }
 
 const std::string kProcessFile =
@@ -97,34 +108,28 @@ const std::string kProcessFile =
     "I025 \"PLASMA 6020\" ;\r\nK125 \"PPPLASMA.EXE\" ;\r\nK225 \"D:\\Korvalen\\CNC\\Plasma\" ;\r\n"
     "L125 \"N5\" ;\r\nN125 \"Chapas\\Plasma\" ;\r\n";
 
-const Values kGeneration = {{"Z006", L"D:\\Korvalen\\CNC"},
-                            {"Z007", L"D:\\Korvalen\\Importar"},
-                            {"Z018", L"1"},
-                            {"Z021", L"0"},
-                            {"Z022", L"1"},
-                            {"Z024", L"3"},
-                            {"Z027", L"12"},
-                            {"Z029", L"0"},
-                            {"Z068", L"40"}};
-const Values kImport = {{"Z006", L"D:\\Korvalen\\CNC"},
-                        {"Z007", L"D:\\Korvalen\\Importar"},
-                        {"Z018", L"1"},
-                        {"Z021", L"0"},
-                        {"Z022", L"1"},
-                        {"Z024", L"3"},
-                        {"Z028", L"1"},
-                        {"Z034", L"1"},
-                        {"Z041", L"0"},
-                        {"Z066", L"1"},
-                        {"company", L"Talleres Ebro Metal S.L."}};
-const Values kHeaders = {
-    {"A100", L"Talleres Ebro Metal S.L."}, {"A101", L"Planta 2"}, {"A102", L"Tel. 976 414 200"}};
-const Values kNoHeaders = {{"A100", L""}, {"A101", L""}, {"A102", L""}};
-const Values kMetric = {{"flag", L"0"}};
+// What both readers give, what each gives besides, per machine.
+const Values kBoth =
+    V(L"Z006=D:\\Korvalen\\CNC;Z007=D:\\Korvalen\\Importar;Z018=1;Z021=0;Z022=1;Z024=3;flag=0");
+const Values kGeneration = kBoth + V(L"Z027=12;Z029=0;Z068=40");
+const Values kImport = kBoth + V(L"Z028=1;Z034=1;Z041=0;Z066=1;company=Talleres Ebro Metal S.L.");
+const Values kHeaders = V(L"A100=Talleres Ebro Metal S.L.;A101=Planta 2;A102=Tel. 976 414 200");
+const Values kNoHeaders = V(L"A100=;A101=;A102=");
+const Values kLaser =
+    V(L"machine=5;K1=PPLASER.EXE;K2=D:\\Korvalen\\CNC\\Laser;K3=.LST;L1=N10;L2=5;L3=G71");
+const Values kLaserGeneration = V(L"K4=LASER 3030;K5=%;K6=M30;K7=CORTE.INI;K8=Tablas\\Laser");
+const Values kLaserImport =
+    V(L"I0=LASER 3030;I1=IMPLAS.EXE;I2=.LST;I3=Laser;I4=.DXF;I5=D:\\Korvalen\\Importar\\Laser;"
+      L"N1=Chapas\\Laser");
+const Values kPlasma = V(L"machine=205;K1=PPPLASMA.EXE;K2=D:\\Korvalen\\CNC\\Plasma;L1=N5");
+const Values kPlasmaImport = V(L"I0=PLASMA 6020;N1=Chapas\\Plasma");
+const Values kPunching = V(L"machine=6;K1=PPPUNZ.EXE;L1=N1");
+const Values kPunchingImport = V(L"I0=PUNZ 1250;N1=Chapas");
 
 class CniProcessFiles : public korvalen::testing::TempDirTest {};
 
 TEST_F(CniProcessFiles, EachMachineReadsItsOwnRecords) {
+  const std::string z000_on = kProcessFile + "Z000 ON ;\r\n";
   const struct {
     const char* what;
     std::optional<int> settings_machine;  // LanID; none: no settings document
@@ -132,87 +137,23 @@ TEST_F(CniProcessFiles, EachMachineReadsItsOwnRecords) {
     std::optional<std::string> file;  // none: no process file
     Values generation, import;
   } cases[] = {
-      {"machine 5", 5, 0, kProcessFile + "Z000 ON ;\r\n",
-       kGeneration + kHeaders + kMetric +
-           Values{{"machine", L"5"},
-                  {"K1", L"PPLASER.EXE"},
-                  {"K2", L"D:\\Korvalen\\CNC\\Laser"},
-                  {"K3", L".LST"},
-                  {"K4", L"LASER 3030"},
-                  {"K5", L"%"},
-                  {"K6", L"M30"},
-                  {"K7", L"CORTE.INI"},
-                  {"K8", L"Tablas\\Laser"},
-                  {"L1", L"N10"},
-                  {"L2", L"5"},
-                  {"L3", L"G71"}},
-       kImport + kMetric +
-           Values{{"machine", L"5"},
-                  {"I0", L"LASER 3030"},
-                  {"I1", L"IMPLAS.EXE"},
-                  {"I2", L".LST"},
-                  {"I3", L"Laser"},
-                  {"I4", L".DXF"},
-                  {"I5", L"D:\\Korvalen\\Importar\\Laser"},
-                  {"K1", L"PPLASER.EXE"},
-                  {"K2", L"D:\\Korvalen\\CNC\\Laser"},
-                  {"K3", L".LST"},
-                  {"L1", L"N10"},
-                  {"L2", L"5"},
-                  {"L3", L"G71"},
-                  {"N1", L"Chapas\\Laser"}}},
+      {"machine 5", 5, 0, z000_on, kGeneration + kHeaders + kLaser + kLaserGeneration,
+       kImport + kLaser + kLaserImport},
       // m = 25: K205 is machine 5's; the records it lacks keep the caller's values.
-      {"machine 205", 205, 0, kProcessFile + "Z000 ON ;\r\n",
-       kGeneration + kHeaders + kMetric +
-           Values{{"machine", L"205"},
-                  {"K1", L"PPPLASMA.EXE"},
-                  {"K2", L"D:\\Korvalen\\CNC\\Plasma"},
-                  {"L1", L"N5"}},
-       kImport + kMetric +
-           Values{{"machine", L"205"},
-                  {"I0", L"PLASMA 6020"},
-                  {"K1", L"PPPLASMA.EXE"},
-                  {"K2", L"D:\\Korvalen\\CNC\\Plasma"},
-                  {"L1", L"N5"},
-                  {"N1", L"Chapas\\Plasma"}}},
+      {"machine 205", 205, 0, z000_on, kGeneration + kHeaders + kPlasma,
+       kImport + kPlasma + kPlasmaImport},
       // The last record wins, also the switch of the headers.
       {"Z000 off at last", 6, 0,
        "Z000 ON ;\r\n" + kProcessFile + "Z000 OFF ;\r\nZ024 4 ;\r\nK106 \"PPPUNZ2.EXE\" ;\r\n",
-       kGeneration + kNoHeaders + kMetric +
-           Values{{"machine", L"6"}, {"Z024", L"4"}, {"K1", L"PPPUNZ2.EXE"}, {"L1", L"N1"}},
-       kImport + kMetric +
-           Values{{"machine", L"6"},
-                  {"Z024", L"4"},
-                  {"I0", L"PUNZ 1250"},
-                  {"K1", L"PPPUNZ2.EXE"},
-                  {"L1", L"N1"},
-                  {"N1", L"Chapas"}}},
-      {"no Z000", 6, 0, kProcessFile,
-       kGeneration + kNoHeaders + kMetric +
-           Values{{"machine", L"6"}, {"K1", L"PPPUNZ.EXE"}, {"L1", L"N1"}},
-       kImport + kMetric +
-           Values{{"machine", L"6"},
-                  {"I0", L"PUNZ 1250"},
-                  {"K1", L"PPPUNZ.EXE"},
-                  {"L1", L"N1"},
-                  {"N1", L"Chapas"}}},
+       kGeneration + kNoHeaders + kPunching + V(L"Z024=4;K1=PPPUNZ2.EXE"),
+       kImport + kPunching + kPunchingImport + V(L"Z024=4;K1=PPPUNZ2.EXE")},
+      {"no Z000", 6, 0, kProcessFile, kGeneration + kNoHeaders + kPunching,
+       kImport + kPunching + kPunchingImport},
       // Without settings the caller's machine number stands and the flag stays 1.
-      {"no settings", std::nullopt, 205, kProcessFile + "Z000 ON ;\r\n",
-       kGeneration + kHeaders +
-           Values{{"machine", L"205"},
-                  {"flag", L"1"},
-                  {"K1", L"PPPLASMA.EXE"},
-                  {"K2", L"D:\\Korvalen\\CNC\\Plasma"},
-                  {"L1", L"N5"}},
-       kImport + Values{{"machine", L"205"},
-                        {"flag", L"1"},
-                        {"I0", L"PLASMA 6020"},
-                        {"K1", L"PPPLASMA.EXE"},
-                        {"K2", L"D:\\Korvalen\\CNC\\Plasma"},
-                        {"L1", L"N5"},
-                        {"N1", L"Chapas\\Plasma"}}},
-      {"no process file", 5, 0, std::nullopt, kNoHeaders + kMetric + Values{{"machine", L"5"}},
-       kMetric + Values{{"machine", L"5"}}},
+      {"no settings", std::nullopt, 205, z000_on, kGeneration + kHeaders + kPlasma + V(L"flag=1"),
+       kImport + kPlasma + kPlasmaImport + V(L"flag=1")},
+      {"no process file", 5, 0, std::nullopt, kNoHeaders + V(L"machine=5;flag=0"),
+       V(L"machine=5;flag=0")},
   };
   for (const auto& c : cases) {
     std::filesystem::remove("iVortan.cfg");
@@ -224,11 +165,10 @@ TEST_F(CniProcessFiles, EachMachineReadsItsOwnRecords) {
                      "\" USyName=\"MET\" StyRef=\"Classic\"/>\r\n");
     }
     if (c.file) WriteBytes("MIRSELIN.CNI", *c.file);
-    const Values with_z068 = Generation(c.caller_machine, true);
-    EXPECT_EQ(with_z068, c.generation) << c.what;
-    Values without = with_z068;
-    without.erase("Z068");
-    EXPECT_EQ(Generation(c.caller_machine, false), without) << c.what;
+    Values generation = Generation(c.caller_machine, true);
+    EXPECT_EQ(generation, c.generation) << c.what;
+    generation.erase(L"Z068");
+    EXPECT_EQ(Generation(c.caller_machine, false), generation) << c.what;
     EXPECT_EQ(Import(c.caller_machine), c.import) << c.what;
   }
 }

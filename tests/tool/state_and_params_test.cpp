@@ -4,55 +4,19 @@
 // file is created).
 #include <gtest/gtest.h>
 
-#include <cstdlib>
 #include <filesystem>
-#include <map>
 #include <string>
 
 #include "korvalen/korvalen.h"
-#include "temp_dir_test.h"
+#include "tool_runner.h"
 
 namespace {
 
 namespace fs = std::filesystem;
-using korvalen::testing::ReadBytes;
+using korvalen::testing::RunTool;
+using korvalen::testing::Snapshot;
 
-// The tool beside the test programs' folder; none where the test program
-// cannot tell where it is (Windows builds, which leave the tool out).
-fs::path ToolPath() {
-  std::error_code error;
-  const fs::path self = fs::read_symlink("/proc/self/exe", error);
-  if (error) return {};
-  return self.parent_path().parent_path() / "tools" / "korvalen" / "korvalen";
-}
-
-// The tool's exit status (0 on success) and everything it printed.
-std::pair<int, std::string> RunTool(const std::string& arguments) {
-  const int status =
-      std::system(("'" + ToolPath().string() + "' " + arguments + " > out.txt 2>&1").c_str());
-  return {status, ReadBytes("out.txt")};
-}
-
-// Every file of a directory tree with its bytes.
-std::map<std::string, std::string> Snapshot(const fs::path& dir) {
-  std::map<std::string, std::string> files;
-  for (const auto& entry : fs::recursive_directory_iterator(dir)) {
-    const std::string name = entry.path().string();
-    files[name] = entry.is_regular_file() ? ReadBytes(name) : "(directory)";
-  }
-  return files;
-}
-
-class ToolStateAndParams : public korvalen::testing::TempDirTest {
- protected:
-  void SetUp() override {
-    TempDirTest::SetUp();
-    if (ToolPath().empty() || !fs::exists(ToolPath())) GTEST_SKIP() << "the tool is not built";
-    fs::copy(fs::path(__FILE__).parent_path() / ".." / ".." / "samples" / "installation",
-             "installation", fs::copy_options::recursive);
-    fs::create_directory("empty");
-  }
-};
+class ToolStateAndParams : public korvalen::testing::ToolTest {};
 
 TEST_F(ToolStateAndParams, OutputOfTheSample) {
   const auto before = Snapshot("installation");

@@ -9,5 +9,7 @@ namespace korvalen::tool {
 void add_cfg_commands(CLI::App& app);
 void add_state_commands(CLI::App& app);
 void add_params_commands(CLI::App& app);
+void add_settings_commands(CLI::App& app);
+void add_migrate_commands(CLI::App& app);
 
 }  // namespace korvalen::tool

@@ -9,6 +9,8 @@ int main(int argc, char** argv) {
   korvalen::tool::add_cfg_commands(app);
   korvalen::tool::add_state_commands(app);
   korvalen::tool::add_params_commands(app);
+  korvalen::tool::add_settings_commands(app);
+  korvalen::tool::add_migrate_commands(app);
   CLI11_PARSE(app, argc, argv);
   return 0;
 }
