@@ -27,6 +27,7 @@
 #include "korvalen/foundation/text_conversion.h"
 #include "korvalen/foundation/time_and_rounding.h"
 #include "korvalen/machine/cnc_translation.h"
+#include "korvalen/machine/cni_process_files.h"
 #include "korvalen/machine/serial_configurations.h"
 #include "korvalen/machine/serial_link.h"
 #include "korvalen/settings/database_connection.h"

@@ -37,3 +37,6 @@ echo "\$ korvalen state -C samples/installation"
 echo
 echo "\$ korvalen params -C samples/installation"
 "$tool" params -C "$ROOT/samples/installation"
+echo
+echo "\$ korvalen settings -C samples/installation"
+"$tool" settings -C "$ROOT/samples/installation"

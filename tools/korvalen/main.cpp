@@ -11,6 +11,8 @@ int main(int argc, char** argv) {
   korvalen::tool::add_params_commands(app);
   korvalen::tool::add_machine_commands(app);
   korvalen::tool::add_send_commands(app);
+  korvalen::tool::add_settings_commands(app);
+  korvalen::tool::add_migrate_commands(app);
   CLI11_PARSE(app, argc, argv);
   return 0;
 }
