@@ -63,38 +63,42 @@ void ActualizaMirselinCNI(int& number_a000, const wchar_t* server_r001,
                           const wchar_t* database_folder_r005_r008, const wchar_t* /*unused_text*/,
                           int& switch_r000, const wchar_t* text_a001, const wchar_t* text_a002,
                           const wchar_t* text_a005, int& /*unused_number*/) {
-  FILE* in = fOpen(kProcessFile, L"rt");
-  if (in == nullptr) return;
-  FILE* out = fOpen(kProcessWork, L"wt");
-  if (out != nullptr) {
-    korvalen::detail::for_each_line<korvalen::kCfgLineChars>(
-        in, [&](wchar_t* line, wchar_t type, int index, int cursor) {
-          if (type == L'A' && index == 0) {
-            EscribirUnEntero(line, cursor, number_a000);
-          } else if (type == L'A' && index == 1) {
-            EscribirUnTexto(line, cursor, text_a001);
-          } else if (type == L'A' && index == 2) {
-            EscribirUnTexto(line, cursor, text_a002);
-          } else if (type == L'A' && index == 5) {
-            EscribirUnTexto(line, cursor, text_a005);
-          } else if (type == L'R' && index == 0) {
-            EscribirSIoNO(line, cursor, switch_r000);
-          } else if (type == L'R' && index == 1) {
-            EscribirUnTexto(line, cursor, server_r001);
-          } else if (type == L'R' && (index == 5 || index == 8)) {
-            EscribirUnTexto(line, cursor, database_folder_r005_r008);
-          }
-          EscribirLineaEnFichero(out, line);
-        });
-    std::fclose(out);
-  }
-  std::fclose(in);
-  if (out != nullptr) {
-    korvalen::platform::replace_file(kProcessWork, kProcessFile);
-  } else {
-    // Kept from the suite's own order: the process file goes even though no
-    // work file was written to take its place.
-    Remove(kProcessFile);
-    Rename(kProcessWork, kProcessFile);
+  try {
+    FILE* in = fOpen(kProcessFile, L"rt");
+    if (in == nullptr) return;
+    FILE* out = fOpen(kProcessWork, L"wt");
+    if (out != nullptr) {
+      korvalen::detail::for_each_line<korvalen::kCfgLineChars>(
+          in, [&](wchar_t* line, wchar_t type, int index, int cursor) {
+            if (type == L'A' && index == 0) {
+              EscribirUnEntero(line, cursor, number_a000);
+            } else if (type == L'A' && index == 1) {
+              EscribirUnTexto(line, cursor, text_a001);
+            } else if (type == L'A' && index == 2) {
+              EscribirUnTexto(line, cursor, text_a002);
+            } else if (type == L'A' && index == 5) {
+              EscribirUnTexto(line, cursor, text_a005);
+            } else if (type == L'R' && index == 0) {
+              EscribirSIoNO(line, cursor, switch_r000);
+            } else if (type == L'R' && index == 1) {
+              EscribirUnTexto(line, cursor, server_r001);
+            } else if (type == L'R' && (index == 5 || index == 8)) {
+              EscribirUnTexto(line, cursor, database_folder_r005_r008);
+            }
+            EscribirLineaEnFichero(out, line);
+          });
+      std::fclose(out);
+    }
+    std::fclose(in);
+    if (out != nullptr) {
+      korvalen::platform::replace_file(kProcessWork, kProcessFile);
+    } else {
+      // Kept from the suite's own order: the process file goes even though no
+      // work file was written to take its place.
+      Remove(kProcessFile);
+      Rename(kProcessWork, kProcessFile);
+    }
+  } catch (...) {
+    // Nothing more is done; what was written stays.
   }
 }
