@@ -31,6 +31,8 @@
 #include "korvalen/machine/serial_configurations.h"
 #include "korvalen/machine/serial_link.h"
 #include "korvalen/settings/database_connection.h"
+#include "korvalen/settings/error_texts.h"
+#include "korvalen/settings/language_resources.h"
 #include "korvalen/settings/machine_parameters.h"
 #include "korvalen/settings/material_reference.h"
 #include "korvalen/settings/mosaic_settings.h"

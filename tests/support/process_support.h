@@ -19,6 +19,9 @@ int RunCopiesOfThisProgram(const std::vector<std::string>& arguments, int count)
 // gtest_filter (disabled ones included).
 int RunTestsInCopies(const std::string& gtest_filter, int count);
 
+// The folder this test program lies in.
+std::string ProgramDirectory();
+
 // The value of an environment variable, or "" when it is not set; setting it
 // for this process and the copies it starts.
 std::string Environment(const char* name);
