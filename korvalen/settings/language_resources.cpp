@@ -11,6 +11,7 @@
 #include "korvalen/foundation/internal/current_resources.h"
 #include "korvalen/foundation/number_functions.h"
 #include "korvalen/foundation/string_functions.h"
+#include "korvalen/platform/internal/bounded_copy.h"
 #include "korvalen/platform/internal/resource_module.h"
 #include "korvalen/platform/internal/xml_dom.h"
 #include "korvalen/settings/internal/settings_document.h"
@@ -25,6 +26,7 @@ constexpr const wchar_t* kLanguagesFile = L"Languages.xml";
 constexpr const wchar_t* kFallbackLibrary = L"UKVORTAN.DLL";
 constexpr unsigned kVerificationString = 13051;
 constexpr int kVerificationChars = 80;
+constexpr int kLibraryNameChars = 256;
 
 struct Language {
   int number;
@@ -146,15 +148,27 @@ void LoadCharSetFromFile(int language, const wchar_t* file, int& charset) {
   LoadCharSetParameters(language, charset, GetXMLMainNodeObjectFromFile(file));
 }
 
+void DameDllDeIdioma(int language, wchar_t* library) {
+  if (library == nullptr) return;
+  library[0] = 0;
+  try {
+    CString named;
+    LoadLanguageDllFromFile(language, kLanguagesFile, named);
+    if (named.IsEmpty()) {
+      const Language* entry = TableEntry(language);
+      named = entry != nullptr ? entry->library : kFallbackLibrary;
+    }
+    korvalen::platform::copy_cut(library, kLibraryNameChars, static_cast<const wchar_t*>(named));
+  } catch (...) {
+    library[0] = 0;
+  }
+}
+
 HMODULE CargaRecursosDeIdioma(int language) {
   try {
-    CString library;
-    LoadLanguageDllFromFile(language, kLanguagesFile, library);
-    if (library.IsEmpty()) {
-      const Language* entry = TableEntry(language);
-      library = entry != nullptr ? entry->library : kFallbackLibrary;
-    }
-    if (Access(library, 0) != 0) return nullptr;
+    wchar_t library[kLibraryNameChars];
+    DameDllDeIdioma(language, library);
+    if (library[0] == 0 || Access(library, 0) != 0) return nullptr;
     HMODULE module = nullptr;
     if (korvalen::platform::load_resource_module(library, module)) return nullptr;
     korvalen::detail::set_current_resources(module);

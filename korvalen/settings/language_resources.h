@@ -42,8 +42,14 @@ KORVALEN_API void LoadCharSetParameters(int language, int& charset, IXMLDOMNodeP
 KORVALEN_API void LoadLanguageDllFromFile(int language, const wchar_t* file, CString& library);
 KORVALEN_API void LoadCharSetFromFile(int language, const wchar_t* file, int& charset);
 
-// Loads the language's library ("Languages.xml" of the current directory
-// first, then the table) when the file exists, and makes it current: every
+// The file name of the language's library: the one "Languages.xml" of the
+// current directory names, else the table's (English for a number the table
+// does not have). library holds 256 characters. The library's own addition,
+// the first step of CargaRecursosDeIdioma, for those who list the libraries.
+KORVALEN_API void DameDllDeIdioma(int language, wchar_t* library);
+
+// Loads the language's library (as DameDllDeIdioma names it) when the file
+// exists, and makes it current: every
 // text of the library comes from it from then on. Null (and the current one
 // kept) when it cannot be loaded.
 KORVALEN_API HMODULE CargaRecursosDeIdioma(int language);

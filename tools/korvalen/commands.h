@@ -11,6 +11,7 @@ void add_state_commands(CLI::App& app);
 void add_params_commands(CLI::App& app);
 void add_machine_commands(CLI::App& app);
 void add_send_commands(CLI::App& app);
+void add_lang_commands(CLI::App& app);
 void add_settings_commands(CLI::App& app);
 void add_migrate_commands(CLI::App& app);
 
