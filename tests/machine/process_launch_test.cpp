@@ -74,6 +74,9 @@ TEST_F(ProcessLaunchTest, WholeLineIsTriedAsTheProgramName) {
   const std::filesystem::path copy =
       dir() / (std::string("my helper") + std::filesystem::path(helper).extension().string());
   std::filesystem::copy_file(helper, copy);
+  const std::filesystem::path library =
+      std::filesystem::path(helper).parent_path() / "KORVALEN.DLL";
+  if (std::filesystem::exists(library)) std::filesystem::copy_file(library, dir() / "KORVALEN.DLL");
   const std::string line = copy.string();
   int code = -1;
   EXPECT_EQ(LanzarProcesoEjecutable(std::wstring(line.begin(), line.end()).c_str(), 1, code), 1);

@@ -8,6 +8,7 @@
 #include <unistd.h>
 
 #include <cerrno>
+#include <chrono>
 #include <condition_variable>
 #include <cstring>
 #include <map>
@@ -201,8 +202,12 @@ std::error_code take_lock(Registration& reg) {
     Descriptor lock(posix::open_lock(reg.files.lock, true));
     if (lock.get() < 0) return errno_error();
     if (!posix::lock_file(lock.get())) {
-      return errno == EAGAIN || errno == EACCES ? make_error(std::errc::device_or_resource_busy)
-                                                : errno_error();
+      if (errno != EAGAIN && errno != EACCES) return errno_error();
+      // A lookup holds a stale registration's lock for the moment it takes
+      // to remove it; a running program holds it for good.
+      if (attempt == 7) return make_error(std::errc::device_or_resource_busy);
+      std::this_thread::sleep_for(std::chrono::milliseconds(2));
+      continue;
     }
     // A lookup may have removed a stale file between the open and the lock.
     if (posix::same_file(lock.get(), reg.files.lock)) {

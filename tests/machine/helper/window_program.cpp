@@ -4,7 +4,7 @@
 //   korvalen_window_program --class C [--invisible] [--minimized]
 //       [--ignore-close] [--hang] [--exit N] [--linger MS] [--delay MS]
 //       [--life MS] [--log FILE] [--ready FILE] [--abort] [--publish-help]
-//       [--no-window]
+//       [--no-window [--stop FILE]]
 //   korvalen_window_program --args FILE WORD...   writes each WORD as a line, exits 0
 //   korvalen_window_program                       exits 42
 //
@@ -12,7 +12,8 @@
 // restore, activate, front, close, notice N) and "end" when the program ends;
 // --ready names a file made once the window is there. A program ends when its
 // window closes (after --linger), or when --life has passed (30 s unless
-// told), with the --exit code. --hang (Linux only) never answers a request.
+// told), with the --exit code; one with no window also when FILE appears.
+// --ignore-close ignores the first close request. --hang (Linux only) never answers a request.
 #include <chrono>
 #include <condition_variable>
 #include <cstdio>
@@ -46,12 +47,11 @@ struct Options {
   int life_ms = 30000;
   std::string log;
   std::string ready;
+  std::string stop;
 };
 
 Options g_options;
 std::mutex g_mutex;
-std::condition_variable g_closed_changed;
-bool g_closed = false;
 bool g_minimized = false;
 bool g_logging = false;
 
@@ -96,41 +96,48 @@ int WriteArguments(const std::vector<std::wstring>& args) {
 }
 
 bool Parse(const std::vector<std::wstring>& args) {
+  const struct {
+    const wchar_t* name;
+    bool* flag;
+  } flags[] = {
+      {L"--invisible", &g_options.invisible},       {L"--minimized", &g_options.minimized},
+      {L"--ignore-close", &g_options.ignore_close}, {L"--hang", &g_options.hang},
+      {L"--abort", &g_options.abort_at_start},      {L"--publish-help", &g_options.publish_help}};
+  const struct {
+    const wchar_t* name;
+    int* number;
+  } numbers[] = {{L"--exit", &g_options.exit_code},
+                 {L"--linger", &g_options.linger_ms},
+                 {L"--delay", &g_options.delay_ms},
+                 {L"--life", &g_options.life_ms}};
+  const struct {
+    const wchar_t* name;
+    std::string* text;
+  } texts[] = {
+      {L"--log", &g_options.log}, {L"--ready", &g_options.ready}, {L"--stop", &g_options.stop}};
   for (std::size_t i = 1; i < args.size(); ++i) {
     const std::wstring& a = args[i];
-    const bool has_value = i + 1 < args.size();
-    auto value = [&] { return args[++i]; };
-    auto number = [&] { return std::stoi(Narrow(value())); };
-    if (a == L"--class" && has_value)
-      g_options.class_name = value();
-    else if (a == L"--invisible")
-      g_options.invisible = true;
-    else if (a == L"--minimized")
-      g_options.minimized = true;
-    else if (a == L"--ignore-close")
-      g_options.ignore_close = true;
-    else if (a == L"--hang")
-      g_options.hang = true;
-    else if (a == L"--abort")
-      g_options.abort_at_start = true;
-    else if (a == L"--publish-help")
-      g_options.publish_help = true;
-    else if (a == L"--no-window")
+    bool known = false;
+    if (a == L"--no-window") {
       g_options.window = false;
-    else if (a == L"--exit" && has_value)
-      g_options.exit_code = number();
-    else if (a == L"--linger" && has_value)
-      g_options.linger_ms = number();
-    else if (a == L"--delay" && has_value)
-      g_options.delay_ms = number();
-    else if (a == L"--life" && has_value)
-      g_options.life_ms = number();
-    else if (a == L"--log" && has_value)
-      g_options.log = Narrow(value());
-    else if (a == L"--ready" && has_value)
-      g_options.ready = Narrow(value());
-    else
-      return false;
+      known = true;
+    }
+    for (const auto& f : flags) {
+      if (a == f.name) *f.flag = known = true;
+    }
+    if (i + 1 < args.size()) {
+      if (a == L"--class") {
+        g_options.class_name = args[++i];
+        continue;
+      }
+      for (const auto& n : numbers) {
+        if (a == n.name) *n.number = std::stoi(Narrow(args[++i])), known = true;
+      }
+      for (const auto& t : texts) {
+        if (!known && a == t.name) *t.text = Narrow(args[++i]), known = true;
+      }
+    }
+    if (!known) return false;
   }
   return true;
 }
@@ -146,6 +153,14 @@ void Started(HWND window) {
   if (g_options.abort_at_start) std::abort();
 }
 
+// --ignore-close ignores the first request only, so that the tests can end
+// the program afterwards.
+bool IgnoreClose() {
+  const bool ignore = g_options.ignore_close;
+  g_options.ignore_close = false;
+  return ignore;
+}
+
 int End() {
   Pause(g_options.linger_ms);
   Log("end");
@@ -155,7 +170,16 @@ int End() {
 int Windowless() {
   if (g_options.abort_at_start) std::abort();
   g_logging = true;
-  Pause(g_options.life_ms);
+  const auto end = std::chrono::steady_clock::now() + std::chrono::milliseconds(g_options.life_ms);
+  while (std::chrono::steady_clock::now() < end) {
+    if (!g_options.stop.empty()) {
+      if (FILE* f = std::fopen(g_options.stop.c_str(), "rb")) {
+        std::fclose(f);
+        break;
+      }
+    }
+    Pause(10);
+  }
   return End();
 }
 
@@ -173,7 +197,7 @@ LRESULT CALLBACK Procedure(HWND window, UINT message, WPARAM wparam, LPARAM lpar
       break;
     case WM_CLOSE:
       Log("close");
-      if (g_options.ignore_close) return 0;
+      if (IgnoreClose()) return 0;
       DestroyWindow(window);
       return 0;
     case WM_TIMER:
@@ -226,6 +250,9 @@ std::vector<std::wstring> Arguments(int, char**) {
 
 #else
 
+std::condition_variable g_closed_changed;
+bool g_closed = false;
+
 void Block() {
   for (;;) Pause(60000);
 }
@@ -248,7 +275,7 @@ void Front(void*) { Log("front"); }
 void Notice(void*, unsigned message) { Log("notice " + std::to_string(message)); }
 int Close(void*) {
   Log("close");
-  if (g_options.ignore_close) return 0;
+  if (IgnoreClose()) return 0;
   std::lock_guard<std::mutex> hold(g_mutex);
   g_closed = true;
   g_closed_changed.notify_all();
