@@ -1,8 +1,8 @@
 // Test support for launching and finding the suite's programs: the helper
 // program that stands in for them (helper/window_program.cpp, built beside
 // this test program), the files through which it reports, and what the tests
-// need of the system around it. With serial_peer, the only place of this
-// suite that talks to the operating system.
+// need of the system around it. With process_support and serial_peer, the
+// only place of this suite that talks to the operating system.
 #pragma once
 
 #include <string>

@@ -91,7 +91,6 @@ std::wstring program_directory() {
 // posix_spawnp's search along PATH (`search` true).
 std::vector<std::string> candidates(const std::wstring& name, bool& search) {
   const std::vector<std::wstring> names = spellings(name);
-  std::vector<std::string> found;
   search = false;
   if (has_separator(name)) {
     for (const std::wstring& n : names) {
@@ -108,8 +107,9 @@ std::vector<std::string> candidates(const std::wstring& name, bool& search) {
     }
   }
   search = true;
-  for (const std::wstring& n : names) found.push_back(to_utf8(n));
-  return found;
+  std::vector<std::string> words;
+  for (const std::wstring& n : names) words.push_back(to_utf8(n));
+  return words;
 }
 
 std::error_code spawn(const std::vector<std::wstring>& words, Process& process) {
