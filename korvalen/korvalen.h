@@ -4,6 +4,9 @@
 
 #include "korvalen/config/config_reader.h"
 #include "korvalen/config/config_writer.h"
+#include "korvalen/datafiles/column_text_lengths.h"
+#include "korvalen/datafiles/machine_catalogs.h"
+#include "korvalen/datafiles/machine_files.h"
 #include "korvalen/datafiles/named_entry_list.h"
 #include "korvalen/datafiles/sheet_queue.h"
 #include "korvalen/datafiles/units_and_messages.h"
