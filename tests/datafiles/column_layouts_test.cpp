@@ -12,7 +12,7 @@
 #include <vector>
 
 #include "korvalen/datafiles/internal/column_titles.h"
-#include "korvalen/foundation/record_list.h"
+#include "state_file_support.h"
 #include "temp_dir_test.h"
 
 namespace {
@@ -23,17 +23,13 @@ using korvalen::testing::WriteBytes;
 
 class ColumnLayouts : public korvalen::testing::TempDirTest {};
 
-struct Columns {
-  TRegTWin* first = nullptr;
-  TRegTWin* last = nullptr;
-  ~Columns() { LiberarLista(reinterpret_cast<void**>(&first), reinterpret_cast<void**>(&last)); }
+struct Columns : korvalen::testing::OwnedList<TRegTWin> {
   void Add(int kind, int position, const wchar_t* title = L"") {
     TRegTWin column{};
     column.kind = kind;
     column.position = position;
     std::wcsncpy(column.title, title, kColumnTitleChars - 1);
-    InsertarRegistro(reinterpret_cast<void**>(&first), reinterpret_cast<void**>(&last), last,
-                     &column, static_cast<int>(sizeof column));
+    Append(column);
   }
   // "kind:position/width/unit title" per column.
   std::vector<std::wstring> Rows() const {

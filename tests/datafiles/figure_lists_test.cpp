@@ -10,7 +10,7 @@
 #include <string>
 #include <vector>
 
-#include "korvalen/foundation/record_list.h"
+#include "state_file_support.h"
 #include "temp_dir_test.h"
 
 namespace {
@@ -21,21 +21,17 @@ using korvalen::testing::WriteBytes;
 
 class FigureLists : public korvalen::testing::TempDirTest {};
 
-struct Figures {
-  TRegFig* head = nullptr;
-  TRegFig* tail = nullptr;
-  ~Figures() { LiberarLista(reinterpret_cast<void**>(&head), reinterpret_cast<void**>(&tail)); }
+struct Figures : korvalen::testing::OwnedList<TRegFig> {
   void Add(int number, const std::wstring& name) {
     TRegFig figure{};
     figure.number = number;
     name.copy(figure.name, kFigureNameChars - 1);
-    InsertarRegistro(reinterpret_cast<void**>(&head), reinterpret_cast<void**>(&tail), tail,
-                     &figure, static_cast<int>(sizeof figure));
+    Append(figure);
   }
   // "number name" per figure.
   std::vector<std::wstring> Rows() const {
     std::vector<std::wstring> rows;
-    for (const TRegFig* f = head; f != nullptr; f = f->next) {
+    for (const TRegFig* f = first; f != nullptr; f = f->next) {
       rows.push_back(std::to_wstring(f->number) + L" " + f->name);
     }
     return rows;
@@ -44,7 +40,7 @@ struct Figures {
 
 std::vector<std::wstring> Group(int group) {
   Figures f;
-  LeerFicheroListaFiguras(group, f.head, f.tail);
+  LeerFicheroListaFiguras(group, f.first, f.last);
   return f.Rows();
 }
 
@@ -122,17 +118,17 @@ TEST_F(FigureLists, CatalogueGroupsWrittenAndReadBack) {
   f.Add(12, L"Elbow 90");
   f.Add(1000, std::wstring(100, L'e'));
   f.Add(3, L"Tee \"wide\"");
-  EscribirFicheroListaFiguras(2, f.head);
+  EscribirFicheroListaFiguras(2, f.first);
   EXPECT_EQ(ReadBytes("LISTDUCT.CFG"),
             Lines({"# ducts", "F001 \"Straight\" ;", "H012 \"Elbow 90\" ;",
                    "H1000 \"" + std::string(70, 'e') + "\" ;", "H003 \"Tee \" ;"}));
   EXPECT_EQ(Group(2), (Rows{L"12 Elbow 90", L"1000 " + std::wstring(70, L'e'), L"3 Tee "}));
-  EscribirFicheroListaFiguras(103, f.head->next->next);
+  EscribirFicheroListaFiguras(103, f.first->next->next);
   EXPECT_EQ(ReadBytes("DUCTUSER.CFG"), Lines({"I003 \"Tee \" ;"}));
   EscribirFicheroListaFiguras(103, nullptr);
   EXPECT_EQ(ReadBytes("DUCTUSER.CFG"), "");
-  EscribirFicheroListaFiguras(-5, f.head);
-  EscribirFicheroListaFiguras(121, f.head);
+  EscribirFicheroListaFiguras(-5, f.first);
+  EscribirFicheroListaFiguras(121, f.first);
   EXPECT_EQ(ReadBytes("DUCTUSER.CFG"), "");
 }
 

@@ -23,34 +23,28 @@ const wchar_t* const kTexts[] = {L"<text 1>", L"<text 2>",  L"<text 3>", L"<text
 
 using Reader = void (*)(TRegTWin*&, TRegTWin*&);
 
+// Each table's reader, with all of the file and the stand-in texts.
+template <auto Read>
+void ThreeTexts(TRegTWin*& first, TRegTWin*& last) {
+  Read(0, 1, kTexts[0], kTexts[1], kTexts[2], first, last);
+}
+template <auto Read>
+void ElevenTexts(TRegTWin*& first, TRegTWin*& last) {
+  Read(0, 1, kTexts[0], kTexts[1], kTexts[2], kTexts[3], kTexts[4], kTexts[5], kTexts[6], kTexts[7],
+       kTexts[8], kTexts[9], kTexts[10], first, last);
+}
+void PartsWindow(TRegTWin*& first, TRegTWin*& last) {
+  LeerFichCfgPieWinTablas(0, 1, kTexts[0], kTexts[1], kTexts[2], kTexts[3], kTexts[4], kTexts[5],
+                          kTexts[6], kTexts[7], first, last);
+}
+
 const std::map<std::string, Reader> kTables = {
-    {"parts",
-     [](TRegTWin*& first, TRegTWin*& last) {
-       LeerFichCfgPieTablas(0, 1, kTexts[0], kTexts[1], kTexts[2], kTexts[3], kTexts[4], kTexts[5],
-                            kTexts[6], kTexts[7], kTexts[8], kTexts[9], kTexts[10], first, last);
-     }},
-    {"figures",
-     [](TRegTWin*& first, TRegTWin*& last) {
-       LeerFichCfgFigTablas(0, 1, kTexts[0], kTexts[1], kTexts[2], first, last);
-     }},
-    {"sheets",
-     [](TRegTWin*& first, TRegTWin*& last) {
-       LeerFichCfgChpTablas(0, 1, kTexts[0], kTexts[1], kTexts[2], first, last);
-     }},
-    {"lists",
-     [](TRegTWin*& first, TRegTWin*& last) {
-       LeerFichCfgLstTablas(0, 1, kTexts[0], kTexts[1], kTexts[2], kTexts[3], kTexts[4], kTexts[5],
-                            kTexts[6], kTexts[7], kTexts[8], kTexts[9], kTexts[10], first, last);
-     }},
-    {"parts-window",
-     [](TRegTWin*& first, TRegTWin*& last) {
-       LeerFichCfgPieWinTablas(0, 1, kTexts[0], kTexts[1], kTexts[2], kTexts[3], kTexts[4],
-                               kTexts[5], kTexts[6], kTexts[7], first, last);
-     }},
-    {"sheets-window",
-     [](TRegTWin*& first, TRegTWin*& last) {
-       LeerFichCfgChpWinTablas(0, 1, kTexts[0], kTexts[1], kTexts[2], first, last);
-     }},
+    {"parts", ElevenTexts<LeerFichCfgPieTablas>},
+    {"figures", ThreeTexts<LeerFichCfgFigTablas>},
+    {"sheets", ThreeTexts<LeerFichCfgChpTablas>},
+    {"lists", ElevenTexts<LeerFichCfgLstTablas>},
+    {"parts-window", PartsWindow},
+    {"sheets-window", ThreeTexts<LeerFichCfgChpWinTablas>},
 };
 
 std::vector<std::string> TableNames() {
