@@ -7,6 +7,7 @@
 
 #include <filesystem>
 #include <string>
+#include <tuple>
 #include <vector>
 
 #include "korvalen/datafiles/column_text_lengths.h"
@@ -42,34 +43,24 @@ TEST_F(MachineCatalogs, EntriesCarryTheirFieldsOver) {
                  "A001 \"LOST\" ;\r\nA000 \"" +
                  std::string(80, 'm') + "\" ;\r\nA001 \"P\" ;\r\nA002 \"" + std::string(20, 'c') +
                  "\" ;\r\nA003 \"" + std::string(13, 'd') + "\" ;\r\nA003 \"again\" ;\r\n");
-  TRegListaMaqFic* first = reinterpret_cast<TRegListaMaqFic*>(1);
-  TRegListaMaqFic* last = nullptr;
-  DameListaMaqDeFichero(L"LISTPOST.ALL", first, last);
-  struct Row {
-    std::wstring maker, name, code1, code2;
-  };
-  std::vector<Row> rows;
-  for (const TRegListaMaqFic* e = first; e != nullptr; e = e->next) {
-    rows.push_back({e->maker, e->name, e->first_code, e->second_code});
+  korvalen::testing::OwnedList<TRegListaMaqFic> list;
+  list.first = reinterpret_cast<TRegListaMaqFic*>(1);
+  DameListaMaqDeFichero(L"LISTPOST.ALL", list.first, list.last);
+  Names rows;
+  for (const TRegListaMaqFic* e = list.first; e != nullptr; e = e->next) {
+    rows.push_back(std::wstring(e->maker) + L"|" + e->name + L"|" + e->first_code + L"|" +
+                   e->second_code);
   }
   // The record line is cut at 80 characters, the maker with it.
   const std::wstring m(74, L'm');
   const std::wstring c(12, L'c');
-  const std::vector<Row> expected = {{L"Ebro", L"LASER3015", L"PPLASER", L"LST"},
-                                     {L"Ebro", L"LASER4020", L"PPLASER4", L"LS4"},
-                                     {m, L"P", c, std::wstring(12, L'd')},
-                                     {m, L"P", c, L"again"}};
-  ASSERT_EQ(rows.size(), expected.size());
-  for (std::size_t i = 0; i < rows.size(); ++i) {
-    EXPECT_EQ(rows[i].maker, expected[i].maker) << i;
-    EXPECT_EQ(rows[i].name, expected[i].name) << i;
-    EXPECT_EQ(rows[i].code1, expected[i].code1) << i;
-    EXPECT_EQ(rows[i].code2, expected[i].code2) << i;
-  }
-  EXPECT_EQ(last->previous->next, last);
-  LiberarLista(reinterpret_cast<void**>(&first), reinterpret_cast<void**>(&last));
-  DameListaMaqDeFichero(L"NONE.ALL", first, last);
-  EXPECT_EQ(first, nullptr);
+  EXPECT_EQ(rows,
+            (Names{L"Ebro|LASER3015|PPLASER|LST", L"Ebro|LASER4020|PPLASER4|LS4",
+                   m + L"|P|" + c + L"|" + std::wstring(12, L'd'), m + L"|P|" + c + L"|again"}));
+  EXPECT_EQ(list.last->previous->next, list.last);
+  korvalen::testing::OwnedList<TRegListaMaqFic> none;
+  DameListaMaqDeFichero(L"NONE.ALL", none.first, none.last);
+  EXPECT_EQ(none.first, nullptr);
 }
 
 TEST_F(MachineCatalogs, MakersWithoutRepeats) {
@@ -93,37 +84,35 @@ constexpr CatalogKind kKinds[] = {
     {"LISTEXPO.ALL", "LISTEXPO.CFG", DameLasListasDeExportadores, ActualizaExportadoresInstal},
 };
 
-struct Lists {
-  NameList available, installed, available_makers, installed_makers;
-  explicit Lists(const CatalogKind& kind) {
-    kind.lists(available.first, available.last, installed.first, installed.last,
-               available_makers.first, available_makers.last, installed_makers.first,
-               installed_makers.last);
+// The four lists, one after the other, each closed by "|".
+Names ListsOf(const CatalogKind& kind) {
+  NameList l[4];
+  kind.lists(l[0].first, l[0].last, l[1].first, l[1].last, l[2].first, l[2].last, l[3].first,
+             l[3].last);
+  Names all;
+  for (const NameList& list : l) {
+    for (const std::wstring& name : list.Names()) all.push_back(name);
+    all.push_back(L"|");
   }
-};
+  return all;
+}
 
-// The second entry lacks its A000: names and makers pair by place, wrongly.
+// The second entry lacks its A000: names and makers pair by place, wrongly,
+// and W1 stays available because the makers end before it.
 TEST_F(MachineCatalogs, InstalledEntriesLeaveTheAvailableOnes) {
   const std::string catalog = Entry("Ebro", "L1", "a", "b") +
                               Lines({"A001 \"L2\" ;", "A002 \"c\" ;", "A003 \"d\" ;"}) +
                               Entry("Jalon", "P1", "e", "f") + Entry("Moncayo", "W1", "g", "h");
   for (const CatalogKind& kind : kKinds) {
     WriteBytes(kind.catalog, catalog);
-    {
-      const Lists none(kind);
-      EXPECT_EQ(none.available.Names(), (Names{L"L1", L"L2", L"P1", L"W1"})) << kind.catalog;
-      EXPECT_EQ(none.available_makers.Names(), (Names{L"Ebro", L"Jalon", L"Moncayo"}));
-      EXPECT_TRUE(none.installed.Names().empty());
-      EXPECT_TRUE(none.installed_makers.Names().empty());
-    }
-    // W1 stays: the makers end before it.
+    EXPECT_EQ(ListsOf(kind), (Names{L"L1", L"L2", L"P1", L"W1", L"|", L"|", L"Ebro", L"Jalon",
+                                    L"Moncayo", L"|", L"|"}))
+        << kind.catalog;
     WriteBytes(kind.installed, Entry("Jalon", "P1", "e", "f") + Entry("Other", "L2", "c", "d") +
                                    Entry("Moncayo", "W1", "g", "h"));
-    const Lists some(kind);
-    EXPECT_EQ(some.available.Names(), (Names{L"L1", L"W1"})) << kind.catalog;
-    EXPECT_EQ(some.available_makers.Names(), (Names{L"Ebro"}));
-    EXPECT_EQ(some.installed.Names(), (Names{L"P1", L"L2", L"W1"}));
-    EXPECT_EQ(some.installed_makers.Names(), (Names{L"Jalon", L"Other", L"Moncayo"}));
+    EXPECT_EQ(ListsOf(kind), (Names{L"L1", L"W1", L"|", L"P1", L"L2", L"W1", L"|", L"Ebro", L"|",
+                                    L"Jalon", L"Other", L"Moncayo", L"|"}))
+        << kind.catalog;
   }
 }
 
@@ -160,20 +149,18 @@ TEST_F(MachineFiles, SharedFolderFlagsFromTheirRecords) {
   }
 }
 
+// Outputs without their record keep the caller's values.
 TEST_F(MachineFiles, IdentificationAndHelpSettings) {
-  int flag = 5, help = 9;
-  wchar_t text[81] = L"kept";
-  LeerParametrosCNIIdentif(flag, text);
-  LeerParametrosCNIAyuda(help);
-  EXPECT_EQ(flag, 5);
-  EXPECT_STREQ(text, L"kept");
-  EXPECT_EQ(help, 9);
-  WriteBytes("MIRSELIN.CNI", Lines({"Z000 ON ;", "Z007 \"Planta 2\" ;", "Z035 3 ;", "Y035 4 ;"}));
-  LeerParametrosCNIIdentif(flag, text);
-  LeerParametrosCNIAyuda(help);
-  EXPECT_EQ(flag, 1);
-  EXPECT_STREQ(text, L"Planta 2");
-  EXPECT_EQ(help, 3);
+  for (const bool file : {false, true}) {
+    if (file) WriteBytes("MIRSELIN.CNI", Lines({"Z000 ON ;", "Z007 \"Planta 2\" ;", "Z035 3 ;"}));
+    int flag = 5, help = 9;
+    wchar_t text[81] = L"kept";
+    LeerParametrosCNIIdentif(flag, text);
+    LeerParametrosCNIAyuda(help);
+    EXPECT_EQ(std::make_tuple(flag, std::wstring(text), help),
+              file ? std::make_tuple(1, std::wstring(L"Planta 2"), 3)
+                   : std::make_tuple(5, std::wstring(L"kept"), 9));
+  }
 }
 
 struct FileNames {
