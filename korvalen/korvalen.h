@@ -4,6 +4,11 @@
 
 #include "korvalen/config/config_reader.h"
 #include "korvalen/config/config_writer.h"
+#include "korvalen/datafiles/column_layouts.h"
+#include "korvalen/datafiles/column_text_lengths.h"
+#include "korvalen/datafiles/figure_lists.h"
+#include "korvalen/datafiles/machine_catalogs.h"
+#include "korvalen/datafiles/machine_files.h"
 #include "korvalen/datafiles/main_window_notices.h"
 #include "korvalen/datafiles/named_entry_list.h"
 #include "korvalen/datafiles/sheet_queue.h"

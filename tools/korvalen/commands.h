@@ -14,5 +14,8 @@ void add_send_commands(CLI::App& app);
 void add_lang_commands(CLI::App& app);
 void add_settings_commands(CLI::App& app);
 void add_migrate_commands(CLI::App& app);
+void add_catalog_commands(CLI::App& app);
+void add_figure_commands(CLI::App& app);
+void add_columns_commands(CLI::App& app);
 
 }  // namespace korvalen::tool

@@ -14,6 +14,9 @@ int main(int argc, char** argv) {
   korvalen::tool::add_lang_commands(app);
   korvalen::tool::add_settings_commands(app);
   korvalen::tool::add_migrate_commands(app);
+  korvalen::tool::add_catalog_commands(app);
+  korvalen::tool::add_figure_commands(app);
+  korvalen::tool::add_columns_commands(app);
   CLI11_PARSE(app, argc, argv);
   return 0;
 }

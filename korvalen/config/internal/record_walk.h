@@ -12,9 +12,11 @@
 #pragma once
 
 #include <cstdio>
+#include <type_traits>
 
 #include "korvalen/config/config_reader.h"
 #include "korvalen/config/config_writer.h"
+#include "korvalen/foundation/file_system.h"
 #include "korvalen/foundation/streams.h"
 #include "korvalen/platform/internal/files.h"
 
@@ -71,28 +73,59 @@ bool for_each_record(const wchar_t* file_name, Visit visit) {
   return true;
 }
 
+// What a rewrite does with the file when its work file cannot be created.
+enum class WithoutWorkFile {
+  kKeepFile,
+  // Kept from some of the suite's own rewrites: the file is deleted and the
+  // work file renamed onto it all the same, so the file is lost.
+  kLoseFile,
+};
+
+// Whether the edit keeps its line: an edit returning nothing keeps them all.
+template <typename Edit>
+bool edit_keeps_line(Edit& edit, wchar_t* line, wchar_t type, int index, int cursor) {
+  if constexpr (std::is_void_v<std::invoke_result_t<Edit&, wchar_t*, wchar_t, int, int>>) {
+    edit(line, type, index, cursor);
+    return true;
+  } else {
+    return edit(line, type, index, cursor);
+  }
+}
+
 // An in-place rewrite through a work file: edit(line, type, index, cursor)
 // may change each line of the file (as for_each_line gives them, so blank
-// lines are dropped) before it is written to the work file, which then
-// replaces the file. Returns false when the file does not open; when the work
-// file cannot be created the file stays as it is.
-template <int kChars, typename Edit>
-bool rewrite_records(const wchar_t* file_name, const wchar_t* work_name, Edit edit) {
+// lines are dropped) before it is written to the work file, or return false
+// to leave the line out; append(out) then writes what follows the file's own
+// lines, and the work file replaces the file. Returns false when the file
+// does not open; when the work file cannot be created the file stays as it
+// is, or is lost where `without` says so.
+template <int kChars, typename Edit, typename Append>
+bool rewrite_records(const wchar_t* file_name, const wchar_t* work_name, Edit edit, Append append,
+                     WithoutWorkFile without = WithoutWorkFile::kKeepFile) {
   FILE* in = fOpen(file_name, L"rt");
   if (in == nullptr) return false;
   FILE* out = fOpen(work_name, L"wt");
   if (out == nullptr) {
     std::fclose(in);
+    if (without == WithoutWorkFile::kLoseFile) {
+      Remove(file_name);
+      Rename(work_name, file_name);
+    }
     return true;
   }
   for_each_line<kChars>(in, [&](wchar_t* line, wchar_t type, int index, int cursor) {
-    edit(line, type, index, cursor);
-    EscribirLineaEnFichero(out, line);
+    if (edit_keeps_line(edit, line, type, index, cursor)) EscribirLineaEnFichero(out, line);
   });
   std::fclose(in);
+  append(out);
   std::fclose(out);
   platform::replace_file(work_name, file_name);
   return true;
+}
+
+template <int kChars, typename Edit>
+bool rewrite_records(const wchar_t* file_name, const wchar_t* work_name, Edit edit) {
+  return rewrite_records<kChars>(file_name, work_name, edit, [](FILE*) {});
 }
 
 }  // namespace korvalen::detail
