@@ -149,7 +149,11 @@ BOOL CStdioFile::Open(const wchar_t* file_name, UINT open_flags, CFileException*
       return failed(cause);
     }
     binary_ = (open_flags & typeBinary) != 0;
-    if (binary_) std::setvbuf(stream, nullptr, _IOFBF, kBinaryBuffer);
+    if (binary_) {
+      // C libraries take a size only with a buffer to go with it.
+      if (!buffer_) buffer_.reset(new char[kBinaryBuffer]);
+      std::setvbuf(stream, buffer_.get(), _IOFBF, kBinaryBuffer);
+    }
     // An appending file stands at its end, where its writes go, so that its
     // position says whether anything is there.
     if (mode[0] == L'a') std::fseek(stream, 0, SEEK_END);

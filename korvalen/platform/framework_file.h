@@ -26,6 +26,7 @@
 #pragma once
 
 #include <cstdio>
+#include <memory>
 
 #include "korvalen/export.h"
 #include "korvalen/platform/framework.h"
@@ -144,4 +145,6 @@ class KORVALEN_API CStdioFile : public CFile {
 
   CString file_name_;
   bool binary_ = false;
+  // The stream's buffer, which outlives it.
+  std::unique_ptr<char[]> buffer_;
 };
