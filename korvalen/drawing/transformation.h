@@ -27,6 +27,9 @@
 // GetClientRect gives the zone's width and height in right and bottom.
 #pragma once
 
+#include <bit>
+#include <cstdint>
+
 #include "korvalen/export.h"
 #include "korvalen/platform/framework_window.h"
 
@@ -67,31 +70,34 @@ class KORVALEN_API C_Transformacion {
   // The fit of any extents (a zone of width or height 0 gives infinities).
   void AjustarTransfSinLimites();
 
-  // Inline: drawing code converts every point of a view in a loop, which
-  // then keeps the taking apart of the axes code out of its body.
+  // Inline, for the loops of drawing code that convert every point of a
+  // view. What depends on the view alone is worked out without a branch, so
+  // that such a loop works it out once and takes one way for every point:
+  // both map modes are computed and the mode picks.
   void CoordLogADev(double X, double Y, int& x, int& y) const {
     const Axes axes = Decode(axes_code_);
     const int turn = Orientation(axes);
-    // Bases 0 and 2 take world X across, 1 and 3 world Y; each direction is
-    // measured from the zone's far side (w - d, h - d) where the base and its
-    // mirror say so.
-    const bool x_across = turn == 0 || turn == 2;
-    const bool from_right = (axes.mirror_h != 0) != (turn == 1 || turn == 2);
-    const bool from_bottom = (axes.mirror_v != 0) != (turn == 0 || turn == 1);
+    // Bases 0 and 2 take world X across, 1 and 3 world Y. Across is measured
+    // from the right (w - a) for bases 1 and 2, down from the bottom (h - b)
+    // for 0 and 1, each turned round by its mirror; w - a as -a + w, which is
+    // the same number.
+    const bool x_across = (turn & 1) == 0;
+    const int from_right = axes.mirror_h ^ (((turn + 1) >> 1) & 1);
+    const int from_bottom = axes.mirror_v ^ (1 - (turn >> 1));
+    const double sign_a = 1 - 2 * from_right;
+    const double sign_b = 1 - 2 * from_bottom;
+    const double far_a = from_right * zone_width_;
+    const double far_b = from_bottom * zone_height_;
+
     const double dx = (X - origin_x_) * scale_;
     const double dy = (Y - origin_y_) * scale_;
     const double a = x_across ? dx : dy;
     const double b = x_across ? dy : dx;
-    const double w = zone_width_;
-    const double h = zone_height_;
-    const double across = (from_right ? w - a : a) + zone_left_;
-    const double down = (from_bottom ? h - b : b) + zone_top_;
-    // Both modes are computed and the mode picks: no branch per point.
     const bool tenths = map_mode_ == kTenthUnits;
-    const double low = tenths ? kIntLow : -kDeviceLimit;
-    const double high = tenths ? kIntHigh : kDeviceLimit;
-    x = Bounded(tenths ? X * 10.0 : across, low, high);
-    y = Bounded(tenths ? Y * 10.0 : down, low, high);
+    const double low = Pick(tenths, kIntLow, -kDeviceLimit);
+    const double high = Pick(tenths, kIntHigh, kDeviceLimit);
+    x = Bounded(tenths ? X * 10.0 : (sign_a * a + far_a) + zone_left_, low, high);
+    y = Bounded(tenths ? Y * 10.0 : (sign_b * b + far_b) + zone_top_, low, high);
   }
   void CoordDevALog(int x, int y, double& X, double& Y) const;
 
@@ -120,30 +126,31 @@ class KORVALEN_API C_Transformacion {
     int mirror_h;
     int mirror_v;
   };
-  // Taken apart as: hundreds first, then tens, and a base above 3 is 0.
-  // Written without branches, so that a loop over points keeps it out.
+  // Hundreds first, then tens; a base above 3 is 0. Arithmetic rather than
+  // branches, so that a loop over points keeps it out of its body.
   static constexpr Axes Decode(int code) {
-    Axes axes{code, 0, 0};
-    if (axes.base >= 100) {
-      axes.mirror_v = 1;
-      axes.base %= 100;
-    }
-    if (axes.base >= 10) {
-      axes.mirror_h = 1;
-      axes.base %= 10;
-    }
-    if (axes.base > 3) axes.base = 0;
-    return axes;
+    const int mirror_v = code >= 100;
+    const int rest = code - mirror_v * (code / 100 * 100);
+    const int mirror_h = rest >= 10;
+    const int base = rest - mirror_h * (rest / 10 * 10);
+    return Axes{base * static_cast<int>(base <= 3), mirror_h, mirror_v};
   }
   // The orientation a conversion or fit works in: a negative code leaves a
   // negative base, which turns nothing, as 4 to 9 do.
-  static constexpr int Orientation(const Axes& axes) { return axes.base < 0 ? 0 : axes.base; }
-  // Held to the range, then cut toward zero; a NaN takes the lower bound, so
-  // the conversion to int is always defined. Written as selections, which
-  // a loop over many points does without branches.
+  static constexpr int Orientation(const Axes& axes) {
+    return axes.base * static_cast<int>(axes.base >= 0);
+  }
+  // One of two numbers, picked on their bits: a choice that never becomes
+  // a branch.
+  static double Pick(bool first, double a, double b) {
+    const std::uint64_t mask = std::uint64_t{0} - static_cast<std::uint64_t>(first);
+    return std::bit_cast<double>((std::bit_cast<std::uint64_t>(a) & mask) |
+                                 (std::bit_cast<std::uint64_t>(b) & ~mask));
+  }
+  // Held to the range, then cut toward zero. A NaN fails the first test and
+  // takes the lower bound, so the conversion to int is always defined.
   static int Bounded(double value, double low, double high) {
-    const double number = value == value ? value : low;  // NOLINT: the NaN test
-    return static_cast<int>(number < low ? low : (high < number ? high : number));
+    return static_cast<int>(!(value >= low) ? low : (high < value ? high : value));
   }
 
   // The zone of the window's client area and the request restored; false
