@@ -17,6 +17,12 @@ constexpr double kCutExtent = 99999.0;
 // device points wrap around instead of overflowing.
 int Wrapped(std::int64_t value) { return static_cast<int>(static_cast<std::uint32_t>(value)); }
 
+// An extent grown about its centre.
+void Grow(double& origin, double& extent, double grown) {
+  origin -= (grown - extent) * 0.5;
+  extent = grown;
+}
+
 }  // namespace
 
 C_Transformacion& C_Transformacion::operator=(const C_Transformacion& other) = default;
@@ -112,29 +118,21 @@ void C_Transformacion::Fit() {
   const double w = zone_width_;
   const double h = zone_height_;
   const int base = Orientation(Decode(axes_code_));
-  if (base == 0 || base == 2) {
-    if (h / extent_y_ < w / extent_x_) {
-      const double grown = w * extent_y_ / h;
-      origin_x_ -= (grown - extent_x_) * 0.5;
-      extent_x_ = grown;
-    } else {
-      const double grown = h * extent_x_ / w;
-      origin_y_ -= (grown - extent_y_) * 0.5;
-      extent_y_ = grown;
-    }
-    scale_ = w / extent_x_;
+  // The world axis that lies across the zone (X for bases 0 and 2) and the
+  // one that lies down it. Where the height limits (h / down < w / across)
+  // the window grows across, otherwise (equal ratios too) down; the scale is
+  // that of the axis across.
+  const bool x_across = base == 0 || base == 2;
+  double& across = x_across ? extent_x_ : extent_y_;
+  double& across_origin = x_across ? origin_x_ : origin_y_;
+  double& down = x_across ? extent_y_ : extent_x_;
+  double& down_origin = x_across ? origin_y_ : origin_x_;
+  if (h / down < w / across) {
+    Grow(across_origin, across, w * down / h);
   } else {
-    if (h / extent_x_ < w / extent_y_) {
-      const double grown = w * extent_x_ / h;
-      origin_y_ -= (grown - extent_y_) * 0.5;
-      extent_y_ = grown;
-    } else {
-      const double grown = h * extent_y_ / w;
-      origin_x_ -= (grown - extent_x_) * 0.5;
-      extent_x_ = grown;
-    }
-    scale_ = w / extent_y_;
+    Grow(down_origin, down, h * across / w);
   }
+  scale_ = w / across;
 }
 
 void C_Transformacion::CoordDevALog(int x, int y, double& X, double& Y) const {
