@@ -27,9 +27,6 @@
 // GetClientRect gives the zone's width and height in right and bottom.
 #pragma once
 
-#include <bit>
-#include <cstdint>
-
 #include "korvalen/export.h"
 #include "korvalen/platform/framework_window.h"
 
@@ -94,8 +91,8 @@ class KORVALEN_API C_Transformacion {
     const double a = x_across ? dx : dy;
     const double b = x_across ? dy : dx;
     const bool tenths = map_mode_ == kTenthUnits;
-    const double low = Pick(tenths, kIntLow, -kDeviceLimit);
-    const double high = Pick(tenths, kIntHigh, kDeviceLimit);
+    const double low = -kDeviceLimit + tenths * (kIntLow + kDeviceLimit);
+    const double high = kDeviceLimit + tenths * (kIntHigh - kDeviceLimit);
     x = Bounded(tenths ? X * 10.0 : (sign_a * a + far_a) + zone_left_, low, high);
     y = Bounded(tenths ? Y * 10.0 : (sign_b * b + far_b) + zone_top_, low, high);
   }
@@ -129,23 +126,18 @@ class KORVALEN_API C_Transformacion {
   // Hundreds first, then tens; a base above 3 is 0. Arithmetic rather than
   // branches, so that a loop over points keeps it out of its body.
   static constexpr Axes Decode(int code) {
+    // A code that is not negative is its own hundreds and tens.
+    const auto digits = static_cast<unsigned>(code);
     const int mirror_v = code >= 100;
-    const int rest = code - mirror_v * (code / 100 * 100);
+    const int rest = code < 0 ? code : static_cast<int>(digits % 100);
     const int mirror_h = rest >= 10;
-    const int base = rest - mirror_h * (rest / 10 * 10);
+    const int base = rest < 0 ? rest : static_cast<int>(static_cast<unsigned>(rest) % 10);
     return Axes{base * static_cast<int>(base <= 3), mirror_h, mirror_v};
   }
   // The orientation a conversion or fit works in: a negative code leaves a
   // negative base, which turns nothing, as 4 to 9 do.
   static constexpr int Orientation(const Axes& axes) {
     return axes.base * static_cast<int>(axes.base >= 0);
-  }
-  // One of two numbers, picked on their bits: a choice that never becomes
-  // a branch.
-  static double Pick(bool first, double a, double b) {
-    const std::uint64_t mask = std::uint64_t{0} - static_cast<std::uint64_t>(first);
-    return std::bit_cast<double>((std::bit_cast<std::uint64_t>(a) & mask) |
-                                 (std::bit_cast<std::uint64_t>(b) & ~mask));
   }
   // Held to the range, then cut toward zero. A NaN fails the first test and
   // takes the lower bound, so the conversion to int is always defined.
