@@ -7,6 +7,7 @@
 #include "korvalen/datafiles/column_layouts.h"
 #include "korvalen/datafiles/column_text_lengths.h"
 #include "korvalen/datafiles/figure_lists.h"
+#include "korvalen/datafiles/import_export_lists.h"
 #include "korvalen/datafiles/machine_catalogs.h"
 #include "korvalen/datafiles/machine_files.h"
 #include "korvalen/datafiles/main_window_notices.h"
