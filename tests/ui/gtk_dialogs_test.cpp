@@ -102,6 +102,12 @@ TEST_F(GtkDialogs, CutDialogFromTheLibraryTemplate) {
   EXPECT_EQ(gtk.save_image(reinterpret_cast<void*>(dialog.m_hWnd),
                            Image("cut_progress_dialog.png").c_str()),
             1);
+  // The Escape poll takes the dialog's keys, one a look.
+  gtk.press_key(reinterpret_cast<void*>(dialog.m_hWnd), 0x61);    // a
+  gtk.press_key(reinterpret_cast<void*>(dialog.m_hWnd), 0xff1b);  // Escape
+  EXPECT_EQ(HayEscapePulsado(dialog.m_hWnd), 0);
+  EXPECT_EQ(HayEscapePulsado(dialog.m_hWnd), 1);
+  EXPECT_EQ(HayEscapePulsado(dialog.m_hWnd), 0);
 }
 
 TEST_F(GtkDialogs, PunchDialogFromTheBuiltInLayoutWithoutALibrary) {

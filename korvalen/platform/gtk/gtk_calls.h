@@ -18,6 +18,7 @@ void set_text(void* dialog, std::uint32_t id, const char* text);
 std::uint32_t text(void* dialog, std::uint32_t id, char* buffer, std::uint32_t capacity);
 void refresh(void* dialog);
 int take_key_down(void* dialog, unsigned* key);
+void press_key(void* dialog, unsigned key);
 
 int message_box(const char* text, const char* caption, unsigned style);
 int choose_file(const KorvalenGtkFileRequest* request, char** paths, char** folder);

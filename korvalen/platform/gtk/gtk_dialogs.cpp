@@ -220,4 +220,18 @@ int take_key_down(void* dialog, unsigned* key) {
   return 1;
 }
 
+// As the window system delivers a key: the event goes to the window's own
+// handlers.
+void press_key(void* dialog, unsigned key) {
+  GtkWidget* window = Of(dialog)->window;
+  GdkEvent* event = gdk_event_new(GDK_KEY_PRESS);
+  event->key.window = GDK_WINDOW(g_object_ref(gtk_widget_get_window(window)));
+  event->key.keyval = key;
+  event->key.send_event = TRUE;
+  gdk_event_set_device(
+      event, gdk_seat_get_keyboard(gdk_display_get_default_seat(gtk_widget_get_display(window))));
+  gtk_widget_event(window, event);
+  gdk_event_free(event);
+}
+
 }  // namespace korvalen::gtk

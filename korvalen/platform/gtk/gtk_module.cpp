@@ -108,6 +108,7 @@ extern "C" __attribute__((visibility("default"))) const KorvalenGtkApi* korvalen
       gtk::free_bytes,
       gtk::save_dialog_image,
       gtk::answer_next_modal,
+      gtk::press_key,
   };
   return version == kKorvalenGtkVersion ? &api : nullptr;
 }

@@ -87,11 +87,13 @@ struct KorvalenGtkApi {
   int (*choose_printer)(KorvalenGtkPrinter* printer);
   void (*free_bytes)(void* bytes);
 
-  // For tests: the window saved as a PNG image (1 when written); and the next
+  // For tests: the window saved as a PNG image (1 when written); the next
   // modal dialog answered with that button, after its image is saved when
-  // png is not null and, for a file picker, the path chosen when not null.
+  // png is not null and, for a file picker, the path chosen when not null;
+  // a key (a GDK key value) pressed in the dialog.
   int (*save_image)(void* dialog, const char* png);
   void (*answer_next_modal)(int answer, const char* png, const char* path);
+  void (*press_key)(void* dialog, unsigned key);
 };
 
 using KorvalenGtkEntry = const KorvalenGtkApi* (*)(std::uint32_t version);
