@@ -11,8 +11,8 @@
 // HTML help of "hhctrl.ocx". POSIX runs the GTK pickers when the toolkit's
 // module is there, and makes the folder the user ended in current as
 // Windows does; the help file is handed to the desktop's viewer
-// (xdg-open). Without a display every picker counts as cancelled and no
-// viewer is started.
+// (xdg-open) when a display is named. Without a display every picker counts
+// as cancelled and no viewer is started.
 #pragma once
 
 #include <string>

@@ -99,7 +99,7 @@ std::error_code run_folder_picker(const wchar_t* title, const wchar_t* start, bo
 
 std::error_code show_help(HWND /*owner*/, const wchar_t* file, unsigned /*command*/,
                           unsigned long /*data*/, HWND& window) {
-  if (gtk_module() == nullptr) return {};  // no desktop to show it on
+  if (!display_named()) return {};  // no desktop to show it on
   const std::wstring command = L"xdg-open \"" + from_utf8(posix::native_path(file)) + L"\"";
   Process viewer;
   if (const std::error_code error = start_process(nullptr, command.c_str(), viewer)) return error;

@@ -43,7 +43,7 @@ bool TakeKey(HWND window, unsigned& key) {
 }
 
 const KorvalenGtkApi* Load() {
-  if (!Set("DISPLAY") && !Set("WAYLAND_DISPLAY")) return nullptr;
+  if (!display_named()) return nullptr;
   // Kept loaded for the life of the process: a toolkit cannot be unloaded.
   void* module = dlopen(ModulePath().c_str(), RTLD_NOW | RTLD_LOCAL);
   if (module == nullptr) return nullptr;
@@ -56,6 +56,8 @@ const KorvalenGtkApi* Load() {
 }
 
 }  // namespace
+
+bool display_named() { return Set("DISPLAY") || Set("WAYLAND_DISPLAY"); }
 
 const KorvalenGtkApi* gtk_module() {
   static const KorvalenGtkApi* const api = Load();

@@ -16,6 +16,9 @@ namespace korvalen::platform {
 // Null when there is no module to use.
 const KorvalenGtkApi* gtk_module();
 
+// Whether the environment names a display at all.
+bool display_named();
+
 // The module's dialog behind a handle the library gave out; null for any
 // other handle.
 void* gtk_dialog_of(HWND window);
