@@ -153,8 +153,8 @@ TEST_F(GtkDialogs, MessageBoxesAreToolkitDialogs) {
   EXPECT_TRUE(fs::exists(trace));
 }
 
-// GTK's answers: accept, cancel.
-constexpr int kAccept = -3, kCancel = -6;
+// GTK's answers: accept, cancel, OK.
+constexpr int kAccept = -3, kCancel = -6, kOk = -5;
 
 TEST_F(GtkDialogs, PickersAndPrinterSetupAnsweredByTheHook) {
   CDlgCutPrgrs brings_the_module;
@@ -183,6 +183,19 @@ TEST_F(GtkDialogs, PickersAndPrinterSetupAnsweredByTheHook) {
   C_MiImpresora printer;
   printer.ConfigurarImpresora(0, L"LISTADO.IMP");
   EXPECT_EQ(korvalen::testing::ReadBytes("LISTADO.IMP"), "1\n2\n3\n\"GTK\"\n\"none\"\n\"\"\n2\nAB");
+  // Confirmed on the printer the file names: its name and the toolkit's
+  // settings written, the integers carried through.
+  korvalen::testing::WriteBytes("LISTADO.IMP", "4\n5\n6\n\"GTK\"\n\"Print to File\"\n\"\"\n0\n");
+  gtk.answer_next_modal(kOk, nullptr, nullptr);
+  printer.ConfigurarImpresora(0, L"LISTADO.IMP");
+  const std::string written = korvalen::testing::ReadBytes("LISTADO.IMP");
+  const std::string head = "4\n5\n6\n\"GTK\"\n\"Print to File\"\n\"\"\n";
+  EXPECT_EQ(written.substr(0, head.size()), head);
+  // n, then exactly n bytes of the toolkit's settings.
+  const std::size_t size = std::stoul(written.substr(head.size()));
+  const std::size_t settings = written.find('\n', head.size()) + 1;
+  EXPECT_EQ(written.size() - settings, size);
+  EXPECT_EQ(written.compare(settings, 16, "[Print Settings]"), 0) << written;
 }
 
 // Help files go to the desktop's viewer: here a stand-in that notes what it

@@ -1,5 +1,7 @@
 // The GTK module's entry: the table of its functions, the start of the
 // toolkit, and what its files share.
+#include <gtk/gtkunixprint.h>
+
 #include <chrono>
 #include <thread>
 
@@ -15,6 +17,7 @@ struct TestAnswer {
   int answer = 0;
   std::string png;
   std::string path;
+  int waits = 0;
 };
 TestAnswer g_test_answer;
 
@@ -29,6 +32,13 @@ int save_dialog_image(void* dialog, const char* png) {
 // The test's answer, once the dialog is on the screen and its image saved.
 gboolean answer_now(gpointer data) {
   auto* dialog = static_cast<GtkDialog*>(data);
+  // A print dialog lists its printers a while after it shows: confirming
+  // needs one chosen (ten seconds at most).
+  if (GTK_IS_PRINT_UNIX_DIALOG(dialog) && g_test_answer.answer == GTK_RESPONSE_OK &&
+      gtk_print_unix_dialog_get_selected_printer(GTK_PRINT_UNIX_DIALOG(dialog)) == nullptr &&
+      ++g_test_answer.waits < 25) {
+    return G_SOURCE_CONTINUE;
+  }
   if (!g_test_answer.png.empty()) save_image(GTK_WIDGET(dialog), g_test_answer.png.c_str());
   const int answer = g_test_answer.answer;
   g_test_answer = TestAnswer{};
@@ -73,7 +83,8 @@ int run_modal(GtkDialog* dialog) {
 std::string pending_test_path() { return g_test_answer.pending ? g_test_answer.path : ""; }
 
 void answer_next_modal(int answer, const char* png, const char* path) {
-  g_test_answer = TestAnswer{true, answer, png != nullptr ? png : "", path != nullptr ? path : ""};
+  g_test_answer =
+      TestAnswer{true, answer, png != nullptr ? png : "", path != nullptr ? path : "", 0};
 }
 
 void set_caption(GtkWindow* window, const char* caption) {
