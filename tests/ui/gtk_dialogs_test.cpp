@@ -66,7 +66,7 @@ class GtkDialogs : public korvalen::testing::TempDirTest {
   }
   void LoadLanguage() {
     fs::copy_file(
-        fs::path(korvalen::testing::ProgramDirectory()) / "fixtures" / "64" / "UKVORTAN.DLL",
+        fs::path(korvalen::testing::ProgramDirectory()) / "fixtures" / "dialogs" / "DIALOGS.DLL",
         "UKVORTAN.DLL");
     library_ = CargaRecursosDeIdioma(3);
     ASSERT_NE(library_, nullptr);

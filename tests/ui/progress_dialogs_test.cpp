@@ -139,7 +139,7 @@ class ProgressDialogs : public korvalen::testing::TempDirTest {
   void SetUp() override {
     TempDirTest::SetUp();
     std::filesystem::copy_file(std::filesystem::path(korvalen::testing::ProgramDirectory()) /
-                                   "fixtures" / "64" / "UKVORTAN.DLL",
+                                   "fixtures" / "dialogs" / "DIALOGS.DLL",
                                "UKVORTAN.DLL");
     library_ = CargaRecursosDeIdioma(3);
     ASSERT_NE(library_, nullptr);
