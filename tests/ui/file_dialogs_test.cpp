@@ -1,17 +1,25 @@
 // The file dialog's rules (flags, filter, default extension, the paths of a
-// multiple selection), the browser-component version check, and the
-// dialogs where none can be shown: pickers answer as cancelled and the
-// current directory is always restored.
+// multiple selection), the browser-component version check, the system's
+// pickers under Wine answered by a user stand-in, and the dialogs where none
+// can be shown: pickers answer as cancelled. The current directory is always
+// restored.
 #include <gtest/gtest.h>
 
+#include <atomic>
+#include <chrono>
 #include <filesystem>
 #include <string>
+#include <thread>
 
 #include "korvalen/korvalen.h"
 #include "korvalen/platform/internal/file_picker.h"
 #include "korvalen/ui/internal/file_dialog_rules.h"
 #include "process_support.h"
 #include "temp_dir_test.h"
+
+#if defined(_WIN32)
+#include <windows.h>
+#endif
 
 namespace {
 
@@ -105,6 +113,68 @@ TEST_F(Dialogs, PickersWithoutADisplayAnswerCancelled) {
   EXPECT_STREQ(file, L"a.dxf");
   EXPECT_EQ(SeleccionarUnDirectorio(L"Folder", folder), 0);
   EXPECT_EQ(LanzarAyuda(7, 1, L"help.chm"), nullptr);
+}
+#endif
+
+#if defined(_WIN32)
+// A user stand-in: once the system's dialog shows, types the name (into the
+// file name field) when one is given and presses the button.
+class AnswerNextDialog {
+ public:
+  AnswerNextDialog(int button, const wchar_t* name)
+      : thread_([this, button, name] {
+          for (int i = 0; i < 500 && !answered_; ++i) {
+            std::this_thread::sleep_for(std::chrono::milliseconds(20));
+            HWND dialog = FindWindowW(L"#32770", nullptr);
+            DWORD process = 0;
+            if (dialog == nullptr || GetWindowThreadProcessId(dialog, &process) == 0 ||
+                process != GetCurrentProcessId()) {
+              continue;
+            }
+            if (name != nullptr && !SetDlgItemTextW(dialog, 1148, name)) {
+              SetDlgItemTextW(dialog, 1152, name);
+            }
+            PostMessageW(dialog, WM_COMMAND, button, 0);
+            answered_ = true;
+          }
+        }) {}
+  ~AnswerNextDialog() { Wait(); }
+  bool answered() {
+    Wait();
+    return answered_;
+  }
+
+ private:
+  void Wait() {
+    if (thread_.joinable()) thread_.join();
+  }
+  std::atomic<bool> answered_{false};
+  std::thread thread_;  // after the flag it sets
+};
+
+TEST_F(Dialogs, SystemPickersRestoreTheDirectory) {
+  fs::create_directory("parts");
+  const std::wstring parts = (dir() / "parts").wstring();
+  wchar_t file[2048] = L"a.dxf";
+  wchar_t folder[256] = {};
+  parts.copy(folder, 255);
+  AnswerNextDialog cancel(IDCANCEL, nullptr);
+  EXPECT_EQ(SeleccionarUnFichero(0, L"dxf,dwg", file, folder, 0, 0, 1, 0), 0);
+  EXPECT_TRUE(cancel.answered());
+  EXPECT_EQ(fs::current_path(), dir());
+  EXPECT_TRUE(fs::equivalent(folder, parts)) << folder;
+  EXPECT_STREQ(file, L"a.dxf");
+
+  AnswerNextDialog save(IDOK, L"b.dxf");
+  EXPECT_EQ(SeleccionarUnFichero(0, L"dxf,dwg", file, folder, 0, 0, 1, 0), 1);
+  EXPECT_TRUE(save.answered());
+  EXPECT_TRUE(fs::equivalent(fs::path(file).parent_path(), parts)) << file;
+  EXPECT_EQ(fs::path(file).filename(), "b.dxf");
+  EXPECT_EQ(fs::current_path(), dir());
+
+  AnswerNextDialog browse(IDCANCEL, nullptr);
+  EXPECT_EQ(SeleccionarUnDirectorio(L"Parts", folder), 0);
+  EXPECT_TRUE(browse.answered());
 }
 #endif
 
