@@ -52,3 +52,7 @@
 #include "korvalen/settings/punching_materials.h"
 #include "korvalen/settings/settings_rewrites.h"
 #include "korvalen/settings/system_parameters.h"
+#include "korvalen/ui/cut_progress_dialog.h"
+#include "korvalen/ui/file_dialogs.h"
+#include "korvalen/ui/printer_setup.h"
+#include "korvalen/ui/punch_progress_dialog.h"

@@ -34,3 +34,6 @@ class CString {
  private:
   std::wstring text_;
 };
+
+// The dialog classes build on CString.
+#include "korvalen/platform/framework_dialog.h"  // IWYU pragma: export
