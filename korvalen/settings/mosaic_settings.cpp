@@ -8,9 +8,9 @@
 #include "korvalen/foundation/file_system.h"
 #include "korvalen/foundation/formatted_output.h"
 #include "korvalen/foundation/internal/typed_list.h"
+#include "korvalen/foundation/internal/whole_file.h"
 #include "korvalen/foundation/streams.h"
 #include "korvalen/foundation/string_functions.h"
-#include "korvalen/platform/internal/files.h"
 
 namespace {
 
@@ -150,25 +150,25 @@ int LeerCfgMosaicos(TipoRegMosaico& settings, int& error) {
 
 void EscribirCfgMosaicos(TipoRegMosaico& settings) {
   FILE* in = fOpen(kMosaicFile, L"rt");
-  FILE* out = fOpen(kMosaicWork, L"wt");
-  if (in != nullptr && out != nullptr) {
+  korvalen::detail::WorkFile out(kMosaicWork);
+  if (in != nullptr && out.stream() != nullptr) {
     korvalen::detail::for_each_line<korvalen::kCfgLongLineChars>(
         in, [&](wchar_t* line, wchar_t type, int index, int cursor) {
           if (type == L'Z') return;
           if (type == L'A' && index >= 1 && index <= kLastSettingsRecord) {
             EditSettingsRecord(settings, line, index, cursor);
           }
-          EscribirLineaEnFichero(out, line);
+          EscribirLineaEnFichero(out.stream(), line);
         });
   }
   if (in != nullptr) std::fclose(in);
-  if (out != nullptr) {
-    WriteEntries(out, settings.entries);
-    std::fclose(out);
-    korvalen::platform::replace_file(kMosaicWork, kMosaicFile);
-  } else {
+  if (out.stream() != nullptr) {
+    WriteEntries(out.stream(), settings.entries);
+    out.Replace(kMosaicFile);
+  } else if (out.claim_error() != std::errc::device_or_resource_busy) {
     // Kept from the suite's own order: the settings go even though no work
-    // file was written to take their place.
+    // file was written to take their place. (A work file that another writer
+    // holds is that writer's, not a leftover to put in place.)
     Remove(kMosaicFile);
     Rename(kMosaicWork, kMosaicFile);
   }

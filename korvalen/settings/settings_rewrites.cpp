@@ -9,7 +9,6 @@
 #include "korvalen/foundation/internal/arguments.h"
 #include "korvalen/foundation/streams.h"
 #include "korvalen/foundation/string_functions.h"
-#include "korvalen/platform/internal/files.h"
 #include "korvalen/settings/internal/long_text_field.h"
 
 namespace {
@@ -37,26 +36,19 @@ void LeerCfgMirselId(int& flag, wchar_t* text) {
 
 void EscribirCfgMirselId(int flag, const wchar_t* text) {
   text = or_empty(text);
-  FILE* in = fOpen(kIdentificationFile, L"rt");
-  if (in == nullptr) return;
-  FILE* out = fOpen(kIdentificationWork, L"wt");
-  if (out == nullptr) {
-    std::fclose(in);
-    return;
-  }
-  korvalen::detail::for_each_line<korvalen::kCfgLongLineChars>(
-      in, [&](wchar_t* line, wchar_t type, int index, int cursor) {
-        if (type == L'A' && index == 2) {
-          EscribirSIoNO(line, cursor, flag);
-        } else if (type == L'A' && index == 3) {
-          korvalen::detail::write_long_text_field(out, line, cursor, text);
-          return;
-        }
-        EscribirLineaEnFichero(out, line);
+  korvalen::detail::rewrite_through(
+      kIdentificationFile, kIdentificationWork, [&](FILE* in, FILE* out) {
+        korvalen::detail::for_each_line<korvalen::kCfgLongLineChars>(
+            in, [&](wchar_t* line, wchar_t type, int index, int cursor) {
+              if (type == L'A' && index == 2) {
+                EscribirSIoNO(line, cursor, flag);
+              } else if (type == L'A' && index == 3) {
+                korvalen::detail::write_long_text_field(out, line, cursor, text);
+                return;
+              }
+              EscribirLineaEnFichero(out, line);
+            });
       });
-  std::fclose(in);
-  std::fclose(out);
-  korvalen::platform::replace_file(kIdentificationWork, kIdentificationFile);
 }
 
 void ActualizaMirselinCNI(int& number_a000, const wchar_t* server_r001,
@@ -66,8 +58,8 @@ void ActualizaMirselinCNI(int& number_a000, const wchar_t* server_r001,
   try {
     FILE* in = fOpen(kProcessFile, L"rt");
     if (in == nullptr) return;
-    FILE* out = fOpen(kProcessWork, L"wt");
-    if (out != nullptr) {
+    korvalen::detail::WorkFile out(kProcessWork);
+    if (out.stream() != nullptr) {
       korvalen::detail::for_each_line<korvalen::kCfgLineChars>(
           in, [&](wchar_t* line, wchar_t type, int index, int cursor) {
             if (type == L'A' && index == 0) {
@@ -85,16 +77,16 @@ void ActualizaMirselinCNI(int& number_a000, const wchar_t* server_r001,
             } else if (type == L'R' && (index == 5 || index == 8)) {
               EscribirUnTexto(line, cursor, database_folder_r005_r008);
             }
-            EscribirLineaEnFichero(out, line);
+            EscribirLineaEnFichero(out.stream(), line);
           });
-      std::fclose(out);
     }
     std::fclose(in);
-    if (out != nullptr) {
-      korvalen::platform::replace_file(kProcessWork, kProcessFile);
-    } else {
+    if (out.stream() != nullptr) {
+      out.Replace(kProcessFile);
+    } else if (out.claim_error() != std::errc::device_or_resource_busy) {
       // Kept from the suite's own order: the process file goes even though no
-      // work file was written to take its place.
+      // work file was written to take its place. (A work file that another
+      // writer holds is that writer's, not a leftover to put in place.)
       Remove(kProcessFile);
       Rename(kProcessWork, kProcessFile);
     }

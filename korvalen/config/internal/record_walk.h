@@ -12,11 +12,12 @@
 #pragma once
 
 #include <cstdio>
+#include <memory>
 
 #include "korvalen/config/config_reader.h"
 #include "korvalen/config/config_writer.h"
+#include "korvalen/foundation/internal/whole_file.h"
 #include "korvalen/foundation/streams.h"
-#include "korvalen/platform/internal/files.h"
 
 namespace korvalen::detail {
 
@@ -71,28 +72,36 @@ bool for_each_record(const wchar_t* file_name, Visit visit) {
   return true;
 }
 
-// An in-place rewrite through a work file: edit(line, type, index, cursor)
-// may change each line of the file (as for_each_line gives them, so blank
-// lines are dropped) before it is written to the work file, which then
-// replaces the file. Returns false when the file does not open; when the work
-// file cannot be created the file stays as it is.
-template <int kChars, typename Edit>
-bool rewrite_records(const wchar_t* file_name, const wchar_t* work_name, Edit edit) {
+// The rewrite of a settings file through its work file: pass(in, out) reads
+// the file from its start and writes what replaces it into the work file
+// work_name, held by this writer alone, which then takes the file's place in
+// one step. Returns false when the file does not open; when the work file
+// cannot be had, or a write is lost, the file stays as it is.
+template <typename Pass>
+bool rewrite_through(const wchar_t* file_name, const wchar_t* work_name, Pass pass) {
   FILE* in = fOpen(file_name, L"rt");
   if (in == nullptr) return false;
-  FILE* out = fOpen(work_name, L"wt");
-  if (out == nullptr) {
-    std::fclose(in);
-    return true;
-  }
-  for_each_line<kChars>(in, [&](wchar_t* line, wchar_t type, int index, int cursor) {
-    edit(line, type, index, cursor);
-    EscribirLineaEnFichero(out, line);
-  });
-  std::fclose(in);
-  std::fclose(out);
-  platform::replace_file(work_name, file_name);
+  std::unique_ptr<FILE, int (*)(FILE*)> reading(in, std::fclose);
+  WorkFile out(work_name);
+  if (out.stream() == nullptr) return true;
+  pass(in, out.stream());
+  // Windows replaces no file that is open for reading.
+  reading.reset();
+  out.Replace(file_name);
   return true;
+}
+
+// An in-place rewrite: edit(line, type, index, cursor) may change each line of
+// the file (as for_each_line gives them, so blank lines are dropped) before
+// it is written to the work file, as rewrite_through.
+template <int kChars, typename Edit>
+bool rewrite_records(const wchar_t* file_name, const wchar_t* work_name, Edit edit) {
+  return rewrite_through(file_name, work_name, [&](FILE* in, FILE* out) {
+    for_each_line<kChars>(in, [&](wchar_t* line, wchar_t type, int index, int cursor) {
+      edit(line, type, index, cursor);
+      EscribirLineaEnFichero(out, line);
+    });
+  });
 }
 
 }  // namespace korvalen::detail
