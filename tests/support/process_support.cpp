@@ -1,6 +1,7 @@
 #include "process_support.h"
 
 #include <cstdlib>
+#include <memory>
 #include <string>
 #include <vector>
 
@@ -8,6 +9,7 @@
 #include <windows.h>
 #else
 #include <fcntl.h>
+#include <signal.h>
 #include <spawn.h>
 #include <sys/file.h>
 #include <sys/wait.h>
@@ -23,32 +25,35 @@ namespace korvalen::testing {
 
 #if defined(_WIN32)
 
-int RunCopiesOfThisProgram(const std::vector<std::string>& arguments, int count) {
+RunningCopy::RunningCopy(const std::vector<std::string>& arguments, int worker) {
   wchar_t self[MAX_PATH];
-  if (GetModuleFileNameW(nullptr, self, MAX_PATH) == 0) return 0;
+  if (GetModuleFileNameW(nullptr, self, MAX_PATH) == 0) return;
   std::wstring command = L"\"" + std::wstring(self) + L"\"";
   for (const std::string& a : arguments) command += L" " + std::wstring(a.begin(), a.end());
-  std::vector<PROCESS_INFORMATION> started;
-  for (int i = 0; i < count; ++i) {
-    SetEnvironmentVariableA("KORVALEN_WORKER", std::to_string(i).c_str());
-    STARTUPINFOW startup{};
-    startup.cb = sizeof startup;
-    PROCESS_INFORMATION process{};
-    std::wstring line = command;
-    if (CreateProcessW(nullptr, line.data(), nullptr, nullptr, FALSE, 0, nullptr, nullptr, &startup,
-                       &process)) {
-      started.push_back(process);
-    }
-  }
+  SetEnvironmentVariableA("KORVALEN_WORKER", std::to_string(worker).c_str());
+  STARTUPINFOW startup{};
+  startup.cb = sizeof startup;
+  PROCESS_INFORMATION process{};
+  started_ = CreateProcessW(nullptr, command.data(), nullptr, nullptr, FALSE, 0, nullptr, nullptr,
+                            &startup, &process) != 0;
   SetEnvironmentVariableA("KORVALEN_WORKER", nullptr);
-  int succeeded = 0;
-  for (PROCESS_INFORMATION& p : started) {
-    WaitForSingleObject(p.hProcess, INFINITE);
-    DWORD code = 1;
-    if (GetExitCodeProcess(p.hProcess, &code) && code == 0) ++succeeded;
-    CloseHandle(p.hProcess);
-    CloseHandle(p.hThread);
-  }
+  if (!started_) return;
+  CloseHandle(process.hThread);
+  process_ = reinterpret_cast<long long>(process.hProcess);
+}
+
+void RunningCopy::Kill() {
+  if (started_) TerminateProcess(reinterpret_cast<HANDLE>(process_), 9);
+}
+
+bool RunningCopy::Wait() {
+  if (!started_) return false;
+  const HANDLE process = reinterpret_cast<HANDLE>(process_);
+  WaitForSingleObject(process, INFINITE);
+  DWORD code = 1;
+  const bool succeeded = GetExitCodeProcess(process, &code) && code == 0;
+  CloseHandle(process);
+  started_ = false;
   return succeeded;
 }
 
@@ -70,33 +75,35 @@ bool MessageBoxesAreWindows() { return true; }
 
 #else
 
-int RunCopiesOfThisProgram(const std::vector<std::string>& arguments, int count) {
+RunningCopy::RunningCopy(const std::vector<std::string>& arguments, int worker) {
   char self[PATH_MAX];
   const ssize_t n = readlink("/proc/self/exe", self, sizeof self - 1);
-  if (n <= 0) return 0;
+  if (n <= 0) return;
   self[n] = 0;
   std::vector<std::string> words = arguments;
   std::vector<char*> argv{self};
   for (std::string& w : words) argv.push_back(w.data());
   argv.push_back(nullptr);
-  std::vector<pid_t> started;
-  for (int i = 0; i < count; ++i) {
-    setenv("KORVALEN_WORKER", std::to_string(i).c_str(), 1);
-    pid_t pid = 0;
-    if (posix_spawn(&pid, self, nullptr, nullptr, argv.data(), environ) == 0)
-      started.push_back(pid);
-  }
+  setenv("KORVALEN_WORKER", std::to_string(worker).c_str(), 1);
+  pid_t pid = 0;
+  started_ = posix_spawn(&pid, self, nullptr, nullptr, argv.data(), environ) == 0;
   unsetenv("KORVALEN_WORKER");
-  int succeeded = 0;
-  for (pid_t pid : started) {
-    int status = 0;
-    pid_t ended = -1;
-    do {
-      ended = waitpid(pid, &status, 0);
-    } while (ended < 0 && errno == EINTR);
-    if (ended == pid && WIFEXITED(status) && WEXITSTATUS(status) == 0) ++succeeded;
-  }
-  return succeeded;
+  process_ = pid;
+}
+
+void RunningCopy::Kill() {
+  if (started_) kill(static_cast<pid_t>(process_), SIGKILL);
+}
+
+bool RunningCopy::Wait() {
+  if (!started_) return false;
+  started_ = false;
+  int status = 0;
+  pid_t ended = -1;
+  do {
+    ended = waitpid(static_cast<pid_t>(process_), &status, 0);
+  } while (ended < 0 && errno == EINTR);
+  return ended == process_ && WIFEXITED(status) && WEXITSTATUS(status) == 0;
 }
 
 ExclusiveHold::ExclusiveHold(const std::string& name) {
@@ -119,10 +126,25 @@ bool MessageBoxesAreWindows() { return false; }
 
 ExclusiveHold::~ExclusiveHold() { Release(); }
 
+RunningCopy::~RunningCopy() {
+  Kill();
+  Wait();
+}
+
+int RunCopiesOfThisProgram(const std::vector<std::string>& arguments, int count) {
+  std::vector<std::unique_ptr<RunningCopy>> copies;
+  for (int i = 0; i < count; ++i) copies.push_back(std::make_unique<RunningCopy>(arguments, i));
+  int succeeded = 0;
+  for (const auto& copy : copies) succeeded += copy->Wait() ? 1 : 0;
+  return succeeded;
+}
+
+std::vector<std::string> TestsOnly(const std::string& gtest_filter) {
+  return {"--gtest_brief=1", "--gtest_also_run_disabled_tests", "--gtest_filter=" + gtest_filter};
+}
+
 int RunTestsInCopies(const std::string& gtest_filter, int count) {
-  return RunCopiesOfThisProgram(
-      {"--gtest_brief=1", "--gtest_also_run_disabled_tests", "--gtest_filter=" + gtest_filter},
-      count);
+  return RunCopiesOfThisProgram(TestsOnly(gtest_filter), count);
 }
 
 std::string Environment(const char* name) {
