@@ -1,7 +1,8 @@
 // Fuzzes the readers and rewriters of the installation and work-order state
-// files: arbitrary bytes become the files of an installation directory, which
-// every reader then reads into heap buffers of exactly the capacity its
-// contract states, and every rewriter edits with fuzzed values.
+// files, the catalogues, the column layouts and the figure lists: arbitrary
+// bytes become the files of an installation directory, which every reader
+// then reads into heap buffers of exactly the capacity its contract states,
+// and every rewriter edits with fuzzed values.
 #include <fuzzer/FuzzedDataProvider.h>
 
 #include <cstdint>
@@ -40,7 +41,9 @@ struct WorkDirectory {
 constexpr const char* kFiles[] = {
     "param.sys",    "PEQUENO.SYS",  "SERVPACK.DTS", "MIRSELID.CFG", "MIRSELPR.CFG",
     "MIRSELIN.CNI", "UNIDADES.CFG", "ORDENACT.SYS", "DIRBDACT.SYS", "LSPINOOF.SYS",
-    "LISTOFS.SYS",  "CHGCHAPA.SYS", "CFGSMACH.CFG", "MOSAICOS.CFG",
+    "LISTOFS.SYS",  "CHGCHAPA.SYS", "CFGSMACH.CFG", "MOSAICOS.CFG", "LISTPOST.ALL",
+    "LISTPOST.CFG", "LISTIMPO.ALL", "LISTIMPO.CFG", "LISTEXPO.ALL", "LISTEXPO.CFG",
+    "CFGSTABS.CFG", "LISTDUCT.CFG", "DUCTUSER.CFG", "FIGURE.CFG",   "MACHINE.MAQ",
 };
 
 void WriteFile(const char* name, const std::string& bytes) {
@@ -124,6 +127,110 @@ void ReadWorkOrderState() {
   LiberarLista(reinterpret_cast<void**>(&first), reinterpret_cast<void**>(&last));
 }
 
+template <typename T>
+void Free(T*& first, T*& last) {
+  LiberarLista(reinterpret_cast<void**>(&first), reinterpret_cast<void**>(&last));
+}
+
+// The catalogues read and their installed files rewritten from what was
+// installed; a machine's file names and the process-file settings.
+void ReadAndRewriteCatalogs(int number) {
+  for (const wchar_t* file : {L"LISTPOST.ALL", L"LISTIMPO.CFG"}) {
+    TRegListaMaqFic* first = nullptr;
+    TRegListaMaqFic* last = nullptr;
+    DameListaMaqDeFichero(file, first, last);
+    Free(first, last);
+    TRegListaNombre *all = nullptr, *all_last = nullptr, *makers = nullptr, *makers_last = nullptr;
+    ObtenerListaFabricantes(file, all, all_last, makers, makers_last);
+    Free(all, all_last);
+    Free(makers, makers_last);
+  }
+  const struct {
+    decltype(&DameLasListasDeMaquinas) lists;
+    decltype(&ActualizaMaquinasInstal) install;
+  } kinds[] = {{DameLasListasDeMaquinas, ActualizaMaquinasInstal},
+               {DameLasListasDeImportadores, ActualizaImportadoresInstal},
+               {DameLasListasDeExportadores, ActualizaExportadoresInstal}};
+  for (const auto& kind : kinds) {
+    TRegListaNombre* l[8] = {};
+    kind.lists(l[0], l[1], l[2], l[3], l[4], l[5], l[6], l[7]);
+    kind.install(number & 1 ? l[0] : l[2]);
+    for (int i = 0; i < 8; i += 2) Free(l[i], l[i + 1]);
+  }
+  int f[10];
+  FicherosMaquinaEnRed(f[0], f[1], f[2], f[3], f[4], f[5], f[6], f[7], f[8], f[9]);
+  Chars n[5] = {Make(kMachineFilePathChars), Make(kMachineFilePathChars),
+                Make(kMachineFilePathChars), Make(kMachineFilePathChars),
+                Make(kMachineFilePathChars)};
+  DameNombresFicheros(L"MACHINE.MAQ", n[0].get(), n[1].get(), n[2].get(), n[3].get(), n[4].get());
+  int flag = 0, help = 0;
+  Chars identification = Make(81);
+  LeerParametrosCNIIdentif(flag, identification.get());
+  LeerParametrosCNIAyuda(help);
+  DameLngMax(number % 4, number / 4 % 64);
+}
+
+// Every table's columns read, given their headings with units, and written
+// back; the texts are the fuzzed ones, whatever their length.
+void ReadAndRewriteColumns(int number, const std::wstring& text) {
+  const wchar_t* t = text.c_str();
+  TRegUnidades* units = nullptr;
+  if (!DamePunUnidades(units)) return;
+  // Labels that fill their buffers, terminator and all.
+  for (auto& label : units->unit_label) {
+    for (std::size_t i = 0; i < kUnitLabelChars; ++i) label[i] = i < text.size() ? text[i] : L'u';
+  }
+  TRegTWin* first = nullptr;
+  TRegTWin* last = nullptr;
+  LeerFichCfgPieTablas(number, 1, t, t, t, t, t, t, t, t, t, t, t, first, last);
+  LeerFichCfgFigTablas(number, 1, t, t, t, first, last);
+  LeerFichCfgChpTablas(number, 1, t, t, t, first, last);
+  LeerFichCfgLstTablas(number, 1, t, t, t, t, t, t, t, t, t, t, t, first, last);
+  LeerFichCfgPieWinTablas(number, 1, t, t, t, t, t, t, t, t, first, last);
+  LeerFichCfgChpWinTablas(number, 1, t, t, t, first, last);
+  int magnitude = number;
+  for (TRegTWin* c = first; c != nullptr; c = c->next) {
+    c->unit_magnitude = magnitude++ % 20;
+    Chars out = Make(kColumnTextChars);
+    DameTextoDeColumna(out.get(), units, c);
+  }
+  TRegTWin* found = nullptr;
+  BuscarColEnListaCfgTab(number, first, found);
+  EscribirFichCfgPieTablas(number, first);
+  EscribirFichCfgFigTablas(number, first);
+  EscribirFichCfgChpTablas(number, first);
+  EscribirFichCfgLstTablas(number, first);
+  EscribirFichCfgPieWinTablas(first);
+  EscribirFichCfgChpWinTablas(first);
+  Free(first, last);
+  LiberaPunUnidades(units);
+}
+
+// Figure groups, favourites and long names; a group written back with one
+// figure whose name fills its buffer.
+void ReadAndRewriteFigures(int number, const std::wstring& text) {
+  for (const int group : {number % 130, 2, 9, 102}) {
+    TRegFig* head = nullptr;
+    TRegFig* tail = nullptr;
+    LeerFicheroListaFiguras(group, head, tail);
+    TRegFig full{};
+    full.number = number;
+    for (wchar_t& c : full.name) c = text.empty() ? L'n' : text[0];
+    InsertarRegistro(reinterpret_cast<void**>(&head), reinterpret_cast<void**>(&tail), tail, &full,
+                     static_cast<int>(sizeof full));
+    EscribirFicheroListaFiguras(group, head);
+    Free(head, tail);
+  }
+  IsFavorite(number, text.c_str());
+  AddFavorite(number, text.c_str());
+  RemoveFavorite(number / 2, L"");
+  Chars long_name = Make(81);
+  DameNombreLargo(L"FIGURE.CFG", long_name.get());
+  PonNombreLargo(L"FIGURE.CFG", text.c_str());
+  EscribirFiguraCfg(L"FIGURE2.CFG", text.c_str());
+  DameNombreLargo(L"FIGURE2.CFG", long_name.get());
+}
+
 }  // namespace
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
@@ -151,6 +258,9 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
   GenerarFicheroDeLstPieSinOF(value.c_str());
   GenerarFicheroDeDirBDActiva(key.c_str());
   ReadAndRewriteMachineSettings(number, value);
+  ReadAndRewriteCatalogs(number);
+  ReadAndRewriteColumns(number, key);
+  ReadAndRewriteFigures(number, value);
   ReadInstallation();
   ReadWorkOrderState();
   return 0;

@@ -40,3 +40,6 @@ echo "\$ korvalen params -C samples/installation"
 echo
 echo "\$ korvalen settings -C samples/installation"
 "$tool" settings -C "$ROOT/samples/installation"
+echo
+echo "\$ korvalen lang list -C samples/installation"
+"$tool" lang list -C "$ROOT/samples/installation"

@@ -115,6 +115,11 @@ wine_ready() {
   # No Mono or Gecko installers: the tests are plain console programs.
   export WINEDLLOVERRIDES="mscoree,mshtml="
   timeout 300 /usr/lib/wine/wine64 wineboot --init </dev/null
+  # The machine tests make real windows; with no display, Wine's null display
+  # driver gives them. It takes effect once the running Wine programs end.
+  timeout 120 /usr/lib/wine/wine64 reg add 'HKCU\Software\Wine\Drivers' /v Graphics /d null /f \
+    </dev/null
+  timeout 60 /usr/lib/wine/wineserver -w || true
   timeout 120 /usr/lib/wine/wine64 cmd /c echo wine ready </dev/null
 }
 
@@ -165,7 +170,8 @@ step_fuzz() {
     -DKORVALEN_BUILD_TOOL=OFF || return
   local targets=() f
   while IFS= read -r f; do targets+=("$f"); done < <(
-    find "$dir/fuzz" -type f -perm -u+x ! -path '*/CMakeFiles/*' ! -name '*.so*' 2>/dev/null | sort)
+    find "$dir/fuzz" -type f -perm -u+x ! -path '*/CMakeFiles/*' ! -path '*/seeds/*' ! -name '*.so*' \
+      2>/dev/null | sort)
   if [ ${#targets[@]} -eq 0 ]; then
     echo "fuzz: the fuzz build made no targets, nothing to run"
     pass "fuzz (no targets yet)"
@@ -192,8 +198,9 @@ step_fuzz() {
     name=$(basename "$f")
     corpus="$dir/corpus/$name"
     mkdir -p "$corpus"
-    # Seeds kept in the repository are read, never written.
-    for s in "$ROOT/fuzz/corpus/$name" "$ROOT/fuzz/corpus/${name%_fuzz}"; do
+    # Seeds kept in the repository, or built (fuzz/seeds/), are read, never
+    # written.
+    for s in "$ROOT/fuzz/corpus/$name" "$ROOT/fuzz/corpus/${name%_fuzz}" "$dir/fuzz/seeds/${name%_fuzz}"; do
       [ -d "$s" ] && seeds+=("$s")
     done
     echo "fuzz: $name for ${FUZZ_SECONDS}s"

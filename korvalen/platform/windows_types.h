@@ -45,6 +45,14 @@ using HINSTANCE = HMODULE;
 #define MAX_PATH 260
 #endif
 
+// A rectangle of device units, as windows report their client area.
+struct RECT {
+  LONG left;
+  LONG top;
+  LONG right;
+  LONG bottom;
+};
+
 // Permission flags of chMod, with the values of the Windows C runtime.
 #define _S_IREAD 0x0100
 #define _S_IWRITE 0x0080

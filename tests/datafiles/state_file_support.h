@@ -1,5 +1,5 @@
 // Shared by the state-file tests: a name list that checks its links and frees
-// itself.
+// itself, and a record list of any double record type that frees itself.
 #pragma once
 
 #include <gtest/gtest.h>
@@ -32,6 +32,20 @@ struct NameList {
     }
     EXPECT_EQ(last, previous);
     return out;
+  }
+};
+
+template <typename T>
+struct OwnedList {
+  T* first = nullptr;
+  T* last = nullptr;
+  OwnedList() = default;
+  OwnedList(const OwnedList&) = delete;
+  OwnedList& operator=(const OwnedList&) = delete;
+  ~OwnedList() { LiberarLista(reinterpret_cast<void**>(&first), reinterpret_cast<void**>(&last)); }
+  void Append(T record) {
+    InsertarRegistro(reinterpret_cast<void**>(&first), reinterpret_cast<void**>(&last), last,
+                     &record, static_cast<int>(sizeof record));
   }
 };
 

@@ -25,6 +25,14 @@ namespace korvalen::testing {
 
 #if defined(_WIN32)
 
+std::string ProgramDirectory() {
+  char self[MAX_PATH];
+  const DWORD n = GetModuleFileNameA(nullptr, self, MAX_PATH);
+  if (n == 0 || n >= MAX_PATH) return {};
+  std::string path(self, n);
+  return path.substr(0, path.find_last_of("\\/"));
+}
+
 RunningCopy::RunningCopy(const std::vector<std::string>& arguments, int worker) {
   wchar_t self[MAX_PATH];
   if (GetModuleFileNameW(nullptr, self, MAX_PATH) == 0) return;
@@ -74,6 +82,14 @@ void SetEnvironment(const char* name, const std::string& value) { _putenv_s(name
 bool MessageBoxesAreWindows() { return true; }
 
 #else
+
+std::string ProgramDirectory() {
+  char self[PATH_MAX];
+  const ssize_t n = readlink("/proc/self/exe", self, sizeof self - 1);
+  if (n <= 0) return {};
+  std::string path(self, static_cast<std::size_t>(n));
+  return path.substr(0, path.rfind('/'));
+}
 
 RunningCopy::RunningCopy(const std::vector<std::string>& arguments, int worker) {
   char self[PATH_MAX];

@@ -45,6 +45,9 @@ class RunningCopy {
   long long process_ = -1;
 };
 
+// The folder this test program lies in.
+std::string ProgramDirectory();
+
 // The value of an environment variable, or "" when it is not set; setting it
 // for this process and the copies it starts.
 std::string Environment(const char* name);

@@ -11,7 +11,11 @@ void add_state_commands(CLI::App& app);
 void add_params_commands(CLI::App& app);
 void add_machine_commands(CLI::App& app);
 void add_send_commands(CLI::App& app);
+void add_lang_commands(CLI::App& app);
 void add_settings_commands(CLI::App& app);
 void add_migrate_commands(CLI::App& app);
+void add_catalog_commands(CLI::App& app);
+void add_figure_commands(CLI::App& app);
+void add_columns_commands(CLI::App& app);
 
 }  // namespace korvalen::tool

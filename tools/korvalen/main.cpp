@@ -11,8 +11,12 @@ int main(int argc, char** argv) {
   korvalen::tool::add_params_commands(app);
   korvalen::tool::add_machine_commands(app);
   korvalen::tool::add_send_commands(app);
+  korvalen::tool::add_lang_commands(app);
   korvalen::tool::add_settings_commands(app);
   korvalen::tool::add_migrate_commands(app);
+  korvalen::tool::add_catalog_commands(app);
+  korvalen::tool::add_figure_commands(app);
+  korvalen::tool::add_columns_commands(app);
   CLI11_PARSE(app, argc, argv);
   return 0;
 }

@@ -11,6 +11,11 @@ void print(const std::wstring& text) {
   std::fwrite(bytes.data(), 1, bytes.size(), stdout);
 }
 
+void print_error(const std::wstring& text) {
+  const std::string bytes = "korvalen: " + platform::to_utf8(text) + "\n";
+  std::fwrite(bytes.data(), 1, bytes.size(), stderr);
+}
+
 void print_field(const std::wstring& label, const std::wstring& value, int indent) {
   constexpr std::size_t kLabelColumns = 28;
   std::wstring line(static_cast<std::size_t>(indent), L' ');

@@ -11,6 +11,8 @@ namespace korvalen::tool {
 
 // Writes the text to standard output in UTF-8.
 void print(const std::wstring& text);
+// "korvalen: " and the text, on standard error in UTF-8.
+void print_error(const std::wstring& text);
 
 // One line: the label padded to 28 columns after `indent` blanks, then the
 // value; trailing blanks are dropped.

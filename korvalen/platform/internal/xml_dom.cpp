@@ -120,4 +120,10 @@ std::error_code set_attribute(const IXMLDOMNodePtr& element, const wchar_t* name
   return guarded([&] { return native::set_attribute(element, name, value); });
 }
 
+std::error_code attribute_at(const IXMLDOMNodePtr& element, int index, IXMLDOMNodePtr& attribute) {
+  attribute = nullptr;
+  if (!element || index < 0) return invalid();
+  return guarded([&] { return native::attribute_at(element, index, attribute); });
+}
+
 }  // namespace korvalen::platform::xml

@@ -82,6 +82,9 @@ std::error_code find_attribute(const IXMLDOMNodePtr& element, const wchar_t* nam
 // attribute that is missing is appended.
 std::error_code set_attribute(const IXMLDOMNodePtr& element, const wchar_t* name,
                               const wchar_t* value);
+// The element's attribute at that place (from 0, in document order); null
+// (and no error) past the last one.
+std::error_code attribute_at(const IXMLDOMNodePtr& element, int index, IXMLDOMNodePtr& attribute);
 
 // Each system's implementation, for the portable layer (xml_dom.cpp) only:
 // nodes, names and texts are not null, outputs are cleared, and an
@@ -108,6 +111,7 @@ std::error_code find_attribute(const IXMLDOMNodePtr& element, const wchar_t* nam
                                IXMLDOMNodePtr& attribute);
 std::error_code set_attribute(const IXMLDOMNodePtr& element, const wchar_t* name,
                               const wchar_t* value);
+std::error_code attribute_at(const IXMLDOMNodePtr& element, int index, IXMLDOMNodePtr& attribute);
 }  // namespace native
 
 }  // namespace korvalen::platform::xml

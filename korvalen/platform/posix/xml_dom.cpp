@@ -330,6 +330,15 @@ std::error_code set_attribute(const IXMLDOMNodePtr& element, const wchar_t* name
                                                                   : out_of_memory();
 }
 
+std::error_code attribute_at(const IXMLDOMNodePtr& element, int index, IXMLDOMNodePtr& attribute) {
+  const pugi::xml_node node = tree_node(element);
+  if (node.type() != pugi::node_element) return invalid();
+  pugi::xml_attribute a = node.first_attribute();
+  for (int i = 0; i < index && a; ++i) a = a.next_attribute();
+  if (a) attribute = IXMLDOMNodePtr(element.document(), posix::handle_of(a));
+  return {};
+}
+
 }  // namespace native
 
 }  // namespace korvalen::platform::xml

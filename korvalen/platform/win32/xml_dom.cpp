@@ -348,6 +348,22 @@ std::error_code set_attribute(const IXMLDOMNodePtr& element, const wchar_t* name
   return SUCCEEDED(result) ? std::error_code() : com_error(result);
 }
 
+std::error_code attribute_at(const IXMLDOMNodePtr& element, int index, IXMLDOMNodePtr& attribute) {
+  Held<IXMLDOMNamedNodeMap> attributes;
+  HRESULT result = element->get_attributes(attributes.out());
+  if (FAILED(result)) return com_error(result);
+  if (!attributes) return invalid();  // no element
+  long length = 0;
+  result = attributes->get_length(&length);
+  if (FAILED(result)) return com_error(result);
+  if (index >= length) return {};
+  IXMLDOMNode* raw = nullptr;
+  result = attributes->get_item(index, &raw);
+  if (FAILED(result)) return com_error(result);
+  attribute = adopt(raw);
+  return {};
+}
+
 }  // namespace native
 
 }  // namespace korvalen::platform::xml

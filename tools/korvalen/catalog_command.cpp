@@ -1,0 +1,185 @@
+// korvalen catalog machines|importers|exporters [-C DIR]: the entries an
+// installation has installed, then those of the catalogue it could install,
+// each with its maker.
+// korvalen catalog install|remove KIND NAME... [-C DIR]: rewrites the
+// installed file from the catalogue; a name the catalogue lacks is refused,
+// and then nothing is written.
+#include <cstdio>
+#include <map>
+#include <string>
+#include <vector>
+
+#include "command_line.h"
+#include "commands.h"
+#include "korvalen/korvalen.h"
+#include "text_output.h"
+#include "working_directory.h"
+
+namespace korvalen::tool {
+namespace {
+
+struct Kind {
+  const wchar_t* title;
+  const wchar_t* catalog;
+  const wchar_t* installed;
+  decltype(&DameLasListasDeMaquinas) lists;
+  decltype(&ActualizaMaquinasInstal) install;
+};
+
+const std::map<std::string, Kind> kKinds = {
+    {"machines",
+     {L"Machines", L"LISTPOST.ALL", L"LISTPOST.CFG", DameLasListasDeMaquinas,
+      ActualizaMaquinasInstal}},
+    {"importers",
+     {L"Importers", L"LISTIMPO.ALL", L"LISTIMPO.CFG", DameLasListasDeImportadores,
+      ActualizaImportadoresInstal}},
+    {"exporters",
+     {L"Exporters", L"LISTEXPO.ALL", L"LISTEXPO.CFG", DameLasListasDeExportadores,
+      ActualizaExportadoresInstal}},
+};
+
+std::vector<std::string> KindNames() {
+  std::vector<std::string> names;
+  for (const auto& [name, kind] : kKinds) names.push_back(name);
+  return names;
+}
+
+void Free(TRegListaNombre*& first, TRegListaNombre*& last) {
+  LiberarLista(reinterpret_cast<void**>(&first), reinterpret_cast<void**>(&last));
+}
+
+// A name list owned here.
+struct Names {
+  TRegListaNombre* first = nullptr;
+  TRegListaNombre* last = nullptr;
+  Names() = default;
+  Names(const Names&) = delete;
+  Names& operator=(const Names&) = delete;
+  ~Names() { Free(first, last); }
+  std::vector<std::wstring> list() const {
+    std::vector<std::wstring> out;
+    for (const TRegListaNombre* n = first; n != nullptr; n = n->next) out.emplace_back(n->name);
+    return out;
+  }
+  void add(const std::wstring& name) {
+    TRegListaNombre node{};
+    name.copy(node.name, kNameListChars - 1);
+    InsertarRegistro(reinterpret_cast<void**>(&first), reinterpret_cast<void**>(&last), last, &node,
+                     static_cast<int>(sizeof node));
+  }
+};
+
+// The entry names of a catalogue file.
+std::vector<std::wstring> EntryNames(const wchar_t* file) {
+  TRegListaMaqFic* first = nullptr;
+  TRegListaMaqFic* last = nullptr;
+  DameListaMaqDeFichero(file, first, last);
+  std::vector<std::wstring> names;
+  for (const TRegListaMaqFic* e = first; e != nullptr; e = e->next) names.emplace_back(e->name);
+  LiberarLista(reinterpret_cast<void**>(&first), reinterpret_cast<void**>(&last));
+  return names;
+}
+
+bool Contains(const std::vector<std::wstring>& names, const std::wstring& name) {
+  for (const std::wstring& n : names) {
+    if (n == name) return true;
+  }
+  return false;
+}
+
+void Section(const std::wstring& heading, const wchar_t* file, const Names& names,
+             const Names& makers) {
+  const std::vector<std::wstring> n = names.list();
+  const std::vector<std::wstring> m = makers.list();
+  std::wstring line = heading + L" (" + file + L")";
+  if (!installation_has(file)) line += L", no such file";
+  print(line + L": " + std::to_wstring(n.size()) + L"\n");
+  for (std::size_t i = 0; i < n.size(); ++i) {
+    std::wstring row = L"  " + n[i];
+    if (row.size() < 24) row.append(24 - row.size(), L' ');
+    print(row + L" " + (i < m.size() ? m[i] : std::wstring()) + L"\n");
+  }
+}
+
+void Show(const Kind& kind) {
+  Names available, installed, available_makers, installed_makers;
+  kind.lists(available.first, available.last, installed.first, installed.last,
+             available_makers.first, available_makers.last, installed_makers.first,
+             installed_makers.last);
+  Section(std::wstring(kind.title) + L" installed", kind.installed, installed, installed_makers);
+  Section(std::wstring(kind.title) + L" available", kind.catalog, available, available_makers);
+  std::fflush(stdout);
+}
+
+// Installs (or removes) the names; false, with nothing written, when the
+// catalogue lacks one of them.
+bool Change(const Kind& kind, const std::vector<std::string>& arguments, bool install) {
+  const std::vector<std::wstring> catalog = EntryNames(kind.catalog);
+  std::vector<std::wstring> names;
+  bool known = true;
+  for (const std::string& argument : arguments) {
+    names.push_back(argument_text(argument));
+    if (!Contains(catalog, names.back())) {
+      print_error(std::wstring(kind.catalog) + L" has no entry \"" + names.back() + L"\"");
+      known = false;
+    }
+  }
+  if (!known) {
+    print_error(std::wstring(kind.installed) + L" left as it is");
+    return false;
+  }
+  const std::vector<std::wstring> installed = EntryNames(kind.installed);
+  Names chosen;
+  for (const std::wstring& name : installed) {
+    if (!Contains(catalog, name)) {
+      print(L"dropped: " + name + L" (installed, but not in " + kind.catalog + L")\n");
+    } else if (install || !Contains(names, name)) {
+      chosen.add(name);
+    }
+  }
+  for (const std::wstring& name : names) {
+    const bool was = Contains(installed, name);
+    if (install && !was) chosen.add(name);
+    print((install ? (was ? L"already installed: " : L"installed: ")
+                   : (was ? L"removed: " : L"not installed: ")) +
+          name + L"\n");
+  }
+  kind.install(chosen.first);
+  std::fflush(stdout);
+  return true;
+}
+
+}  // namespace
+
+void add_catalog_commands(CLI::App& app) {
+  auto* catalog = app.add_subcommand(
+      "catalog", "Machines, importers and exporters: installed, available, install, remove");
+  catalog->require_subcommand(1);
+  static std::string directory;
+  static std::string kind;
+  static std::vector<std::string> names;
+  for (const auto& [name, k] : kKinds) {
+    auto* show = catalog->add_subcommand(name, "Show the installed and the available " + name);
+    add_directory_option(*show, directory);
+    show->callback([&k = k] {
+      if (!enter_directory(directory)) throw CLI::RuntimeError(1);
+      Show(k);
+    });
+  }
+  for (const bool install : {true, false}) {
+    auto* change = catalog->add_subcommand(install ? "install" : "remove",
+                                           install ? "Add catalogue entries to the installed ones"
+                                                   : "Remove entries from the installed ones");
+    change->add_option("KIND", kind, "machines, importers or exporters")
+        ->required()
+        ->check(CLI::IsMember(KindNames()));
+    change->add_option("NAME", names, "Entry names, as the catalogue spells them")->required();
+    add_directory_option(*change, directory);
+    change->callback([install] {
+      if (!enter_directory(directory)) throw CLI::RuntimeError(1);
+      if (!Change(kKinds.at(kind), names, install)) throw CLI::RuntimeError(1);
+    });
+  }
+}
+
+}  // namespace korvalen::tool
