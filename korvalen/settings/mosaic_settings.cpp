@@ -5,7 +5,6 @@
 #include "korvalen/config/config_reader.h"
 #include "korvalen/config/config_writer.h"
 #include "korvalen/config/internal/record_walk.h"
-#include "korvalen/foundation/file_system.h"
 #include "korvalen/foundation/formatted_output.h"
 #include "korvalen/foundation/internal/typed_list.h"
 #include "korvalen/foundation/internal/whole_file.h"
@@ -165,12 +164,8 @@ void EscribirCfgMosaicos(TipoRegMosaico& settings) {
   if (out.stream() != nullptr) {
     WriteEntries(out.stream(), settings.entries);
     out.Replace(kMosaicFile);
-  } else if (out.claim_error() != std::errc::device_or_resource_busy) {
-    // Kept from the suite's own order: the settings go even though no work
-    // file was written to take their place. (A work file that another writer
-    // holds is that writer's, not a leftover to put in place.)
-    Remove(kMosaicFile);
-    Rename(kMosaicWork, kMosaicFile);
+  } else {
+    korvalen::detail::give_up_target(out, kMosaicFile, kMosaicWork);
   }
   FreeEntries(settings);
 }

@@ -5,9 +5,7 @@
 #include "korvalen/config/config_reader.h"
 #include "korvalen/config/config_writer.h"
 #include "korvalen/config/internal/record_walk.h"
-#include "korvalen/foundation/file_system.h"
 #include "korvalen/foundation/internal/arguments.h"
-#include "korvalen/foundation/streams.h"
 #include "korvalen/foundation/string_functions.h"
 #include "korvalen/settings/internal/long_text_field.h"
 
@@ -56,40 +54,28 @@ void ActualizaMirselinCNI(int& number_a000, const wchar_t* server_r001,
                           int& switch_r000, const wchar_t* text_a001, const wchar_t* text_a002,
                           const wchar_t* text_a005, int& /*unused_number*/) {
   try {
-    FILE* in = fOpen(kProcessFile, L"rt");
-    if (in == nullptr) return;
-    korvalen::detail::WorkFile out(kProcessWork);
-    if (out.stream() != nullptr) {
-      korvalen::detail::for_each_line<korvalen::kCfgLineChars>(
-          in, [&](wchar_t* line, wchar_t type, int index, int cursor) {
-            if (type == L'A' && index == 0) {
-              EscribirUnEntero(line, cursor, number_a000);
-            } else if (type == L'A' && index == 1) {
-              EscribirUnTexto(line, cursor, text_a001);
-            } else if (type == L'A' && index == 2) {
-              EscribirUnTexto(line, cursor, text_a002);
-            } else if (type == L'A' && index == 5) {
-              EscribirUnTexto(line, cursor, text_a005);
-            } else if (type == L'R' && index == 0) {
-              EscribirSIoNO(line, cursor, switch_r000);
-            } else if (type == L'R' && index == 1) {
-              EscribirUnTexto(line, cursor, server_r001);
-            } else if (type == L'R' && (index == 5 || index == 8)) {
-              EscribirUnTexto(line, cursor, database_folder_r005_r008);
-            }
-            EscribirLineaEnFichero(out.stream(), line);
-          });
-    }
-    std::fclose(in);
-    if (out.stream() != nullptr) {
-      out.Replace(kProcessFile);
-    } else if (out.claim_error() != std::errc::device_or_resource_busy) {
-      // Kept from the suite's own order: the process file goes even though no
-      // work file was written to take its place. (A work file that another
-      // writer holds is that writer's, not a leftover to put in place.)
-      Remove(kProcessFile);
-      Rename(kProcessWork, kProcessFile);
-    }
+    // Kept from the suite's own order: the process file goes even when no
+    // work file can be made to take its place.
+    korvalen::detail::rewrite_records<korvalen::kCfgLineChars>(
+        kProcessFile, kProcessWork,
+        [&](wchar_t* line, wchar_t type, int index, int cursor) {
+          if (type == L'A' && index == 0) {
+            EscribirUnEntero(line, cursor, number_a000);
+          } else if (type == L'A' && index == 1) {
+            EscribirUnTexto(line, cursor, text_a001);
+          } else if (type == L'A' && index == 2) {
+            EscribirUnTexto(line, cursor, text_a002);
+          } else if (type == L'A' && index == 5) {
+            EscribirUnTexto(line, cursor, text_a005);
+          } else if (type == L'R' && index == 0) {
+            EscribirSIoNO(line, cursor, switch_r000);
+          } else if (type == L'R' && index == 1) {
+            EscribirUnTexto(line, cursor, server_r001);
+          } else if (type == L'R' && (index == 5 || index == 8)) {
+            EscribirUnTexto(line, cursor, database_folder_r005_r008);
+          }
+        },
+        [](FILE*) {}, korvalen::detail::WithoutWorkFile::kLoseFile);
   } catch (...) {
     // Nothing more is done; what was written stays.
   }

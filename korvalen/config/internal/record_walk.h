@@ -17,7 +17,6 @@
 
 #include "korvalen/config/config_reader.h"
 #include "korvalen/config/config_writer.h"
-#include "korvalen/foundation/file_system.h"
 #include "korvalen/foundation/internal/whole_file.h"
 #include "korvalen/foundation/streams.h"
 
@@ -77,8 +76,7 @@ bool for_each_record(const wchar_t* file_name, Visit visit) {
 // What a rewrite does with the file when its work file cannot be created.
 enum class WithoutWorkFile {
   kKeepFile,
-  // Kept from some of the suite's own rewrites: the file is deleted and the
-  // work file renamed onto it all the same, so the file is lost.
+  // As give_up_target (foundation/internal/whole_file.h): the file is lost.
   kLoseFile,
 };
 
@@ -98,11 +96,7 @@ bool rewrite_through(const wchar_t* file_name, const wchar_t* work_name, Pass pa
   WorkFile out(work_name);
   if (out.stream() == nullptr) {
     reading.reset();
-    if (without == WithoutWorkFile::kLoseFile &&
-        out.claim_error() != std::errc::device_or_resource_busy) {
-      Remove(file_name);
-      Rename(work_name, file_name);
-    }
+    if (without == WithoutWorkFile::kLoseFile) give_up_target(out, file_name, work_name);
     return true;
   }
   pass(in, out.stream());

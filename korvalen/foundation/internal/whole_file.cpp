@@ -2,6 +2,7 @@
 
 #include <chrono>
 
+#include "korvalen/foundation/file_system.h"
 #include "korvalen/platform/internal/this_process.h"
 
 namespace korvalen::detail {
@@ -25,7 +26,7 @@ constexpr bool kSync = true;
 
 }  // namespace
 
-WorkFile::WorkFile(const wchar_t* name) {
+WorkFile::WorkFile(const wchar_t* name, platform::WorkContent content) : content_(content) {
   const Clock::time_point give_up = Clock::now() + kGiveUp;
   unsigned pause = kFirstPauseMicroseconds;
   while (TryClaim(name) == std::errc::device_or_resource_busy && Clock::now() < give_up) {
@@ -38,7 +39,7 @@ WorkFile::~WorkFile() { Drop(); }
 
 std::error_code WorkFile::TryClaim(const wchar_t* name) {
   finished_ = false;
-  claim_error_ = platform::claim_work_file(name, work_);
+  claim_error_ = platform::claim_work_file(name, content_, work_);
   return claim_error_;
 }
 
@@ -68,5 +69,11 @@ std::error_code WorkFile::Publish(const wchar_t* name) {
 void WorkFile::Drop() { platform::drop_work_file(work_); }
 
 std::wstring work_file_name(const wchar_t* target) { return std::wstring(target) + L".work"; }
+
+void give_up_target(const WorkFile& work, const wchar_t* target, const wchar_t* work_name) {
+  if (work.claim_error() == std::errc::device_or_resource_busy) return;
+  Remove(target);
+  Rename(work_name, target);
+}
 
 }  // namespace korvalen::detail

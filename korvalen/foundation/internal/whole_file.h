@@ -12,13 +12,15 @@
 //   });
 //
 // Rewrites whose work file has a fixed name of its own ("AUXMRSID.CFG") use
-// WorkFile with that name; the error reports claim one of a few work files
-// and publish it under a new name.
+// WorkFile with that name (rewrite_through in config/internal/record_walk.h);
+// the error reports claim one of a few work files and publish it under a new
+// name. Every file the library writes in full goes through here.
 #pragma once
 
 #include <cstdio>
 #include <string>
 #include <system_error>
+#include <type_traits>
 
 #include "korvalen/platform/internal/exclusive_file.h"
 
@@ -29,7 +31,8 @@ class WorkFile {
   WorkFile() = default;
   // Claims the work file `name`, waiting while another writer holds it, a
   // few seconds at most.
-  explicit WorkFile(const wchar_t* name);
+  explicit WorkFile(const wchar_t* name,
+                    platform::WorkContent content = platform::WorkContent::kText);
   // A work file that was not put in place is removed.
   ~WorkFile();
   WorkFile(const WorkFile&) = delete;
@@ -39,7 +42,8 @@ class WorkFile {
   // std::errc::device_or_resource_busy when one does.
   std::error_code TryClaim(const wchar_t* name);
 
-  // The text stream to write ("wt"), null when the file could not be claimed.
+  // The stream to write ("wt", or "wb" for binary content), null when the
+  // file could not be claimed.
   FILE* stream() const { return work_.stream; }
   // Why the last claim failed; std::errc::device_or_resource_busy when
   // another writer held the work file all along.
@@ -60,6 +64,7 @@ class WorkFile {
   bool Finish();
 
   platform::WorkFile work_;
+  platform::WorkContent content_ = platform::WorkContent::kText;
   std::error_code claim_error_;
   bool finished_ = false;
 };
@@ -68,16 +73,28 @@ class WorkFile {
 // which no reader of the suite takes for one of its files.
 std::wstring work_file_name(const wchar_t* target);
 
+// Kept from some of the suite's own rewrites, for one whose work file could
+// not be had: the target is deleted and whatever has the work file's name is
+// renamed onto it all the same, so the target is lost. A work file that
+// another writer held all along is that writer's: the target then stays.
+void give_up_target(const WorkFile& work, const wchar_t* target, const wchar_t* work_name);
+
 // Writes target as a whole: write(FILE*) fills the work file, which then
-// replaces target. False, target as it was, when nothing was put in place,
-// an exception included (the exported writers' edge).
+// replaces target; a write that returns false leaves target as it was. False,
+// target as it was, when nothing was put in place, an exception included (the
+// exported writers' edge).
 template <typename Write>
-bool write_whole_file(const wchar_t* target, Write write) noexcept {
+bool write_whole_file(const wchar_t* target, Write write,
+                      platform::WorkContent content = platform::WorkContent::kText) noexcept {
   if (target == nullptr || *target == 0) return false;
   try {
-    WorkFile work(work_file_name(target).c_str());
+    WorkFile work(work_file_name(target).c_str(), content);
     if (work.stream() == nullptr) return false;
-    write(work.stream());
+    if constexpr (std::is_same_v<std::invoke_result_t<Write&, FILE*>, bool>) {
+      if (!write(work.stream())) return false;
+    } else {
+      write(work.stream());
+    }
     return work.Replace(target);
   } catch (...) {
     return false;

@@ -25,12 +25,12 @@ std::error_code not_held() { return make_error(std::errc::bad_file_descriptor); 
 
 }  // namespace
 
-std::error_code claim_work_file(const wchar_t* name, WorkFile& work) {
+std::error_code claim_work_file(const wchar_t* name, WorkContent content, WorkFile& work) {
   drop_work_file(work);
   if (name == nullptr || *name == 0) return make_error(std::errc::invalid_argument);
   const std::error_code error = guarded([&] {
     work.name = name;
-    return native::claim_work_file(name, work);
+    return native::claim_work_file(name, content, work);
   });
   if (error) work = WorkFile{};
   return error;

@@ -46,9 +46,13 @@ std::error_code open_exclusive(const wchar_t* name, FILE*& file);
 // is renaming or deleting; that refusal is retried for half a second.
 std::error_code create_new_file(const wchar_t* name);
 
-// A work file while its writer holds it: a text stream writing as "wt" does
-// (CR LF line ends), the name it was claimed under and the system's handle of
-// the open file. Empty (null stream) when nothing is held.
+// What a work file's stream writes: text as "wt" does (CR LF line ends), or
+// the bytes as given ("wb").
+enum class WorkContent { kText, kBinary };
+
+// A work file while its writer holds it: its stream, the name it was claimed
+// under and the system's handle of the open file. Empty (null stream) when
+// nothing is held.
 struct WorkFile {
   FILE* stream = nullptr;
   std::wstring name;
@@ -64,7 +68,7 @@ struct WorkFile {
 //
 // The name's last component is taken exactly as spelled (work files are the
 // library's own names): on POSIX no other case of it is looked for.
-std::error_code claim_work_file(const wchar_t* name, WorkFile& work);
+std::error_code claim_work_file(const wchar_t* name, WorkContent content, WorkFile& work);
 
 // Writes out what the stream still buffers, and with `sync` waits until the
 // file is on disk (fsync, FlushFileBuffers), so that the file put in place
@@ -102,7 +106,7 @@ std::error_code remove_abandoned_work_file(const wchar_t* name);
 namespace native {
 std::error_code open_exclusive(const wchar_t* name, FILE*& file);
 std::error_code create_new_file(const wchar_t* name);
-std::error_code claim_work_file(const wchar_t* name, WorkFile& work);
+std::error_code claim_work_file(const wchar_t* name, WorkContent content, WorkFile& work);
 std::error_code finish_work_file(WorkFile& work, bool sync);
 std::error_code replace_with_work_file(WorkFile& work, const wchar_t* target);
 std::error_code publish_work_file(WorkFile& work, const wchar_t* name);

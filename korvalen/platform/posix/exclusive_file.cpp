@@ -99,7 +99,7 @@ std::error_code create_new_file(const wchar_t* name) {
   return {};
 }
 
-std::error_code claim_work_file(const wchar_t* name, WorkFile& work) {
+std::error_code claim_work_file(const wchar_t* name, WorkContent content, WorkFile& work) {
   const std::string path = work_path(name);
   for (int round = 0; round < kClaimRounds; ++round) {
     // Never O_TRUNC: until the lock is had, the file may be another writer's.
@@ -117,8 +117,15 @@ std::error_code claim_work_file(const wchar_t* name, WorkFile& work) {
       ::close(fd);
       continue;
     }
-    work.stream = posix::open_text_stream(fd, "w");
-    if (work.stream == nullptr) return errno_error();
+    // Still held: the name is this writer's until the stream is had.
+    work.stream =
+        content == WorkContent::kText ? posix::open_text_stream(fd, "w") : ::fdopen(fd, "w");
+    if (work.stream == nullptr) {
+      const std::error_code failed = errno_error();
+      ::unlink(path.c_str());
+      if (content == WorkContent::kBinary) ::close(fd);
+      return failed;
+    }
     work.handle = fd;
     return {};
   }

@@ -70,7 +70,7 @@ std::error_code create_new_file(const wchar_t* name) {
   return system_error(error);
 }
 
-std::error_code claim_work_file(const wchar_t* name, WorkFile& work) {
+std::error_code claim_work_file(const wchar_t* name, WorkContent content, WorkFile& work) {
   // Readers may look in, and the file may be moved or deleted while held; a
   // second writer is refused with a sharing violation. CREATE_ALWAYS empties
   // what a writer that died left (no work file is ever another file's name).
@@ -93,14 +93,16 @@ std::error_code claim_work_file(const wchar_t* name, WorkFile& work) {
     }
     return system_error(error);
   }
-  const int fd = _open_osfhandle(reinterpret_cast<intptr_t>(h), _O_WRONLY | _O_TEXT);
+  const bool text = content == WorkContent::kText;
+  const int fd =
+      _open_osfhandle(reinterpret_cast<intptr_t>(h), _O_WRONLY | (text ? _O_TEXT : _O_BINARY));
   if (fd == -1) {
     const std::error_code failed = errno_error();
     DeleteFileW(name);
     CloseHandle(h);
     return failed;
   }
-  work.stream = _wfdopen(fd, L"wt");
+  work.stream = _wfdopen(fd, text ? L"wt" : L"wb");
   if (work.stream == nullptr) {
     const std::error_code failed = errno_error();
     DeleteFileW(name);
