@@ -1,6 +1,8 @@
 #include "process_support.h"
 
 #include <cstdlib>
+#include <cstring>
+#include <cwchar>
 #include <memory>
 #include <string>
 #include <vector>
@@ -38,13 +40,21 @@ RunningCopy::RunningCopy(const std::vector<std::string>& arguments, int worker) 
   if (GetModuleFileNameW(nullptr, self, MAX_PATH) == 0) return;
   std::wstring command = L"\"" + std::wstring(self) + L"\"";
   for (const std::string& a : arguments) command += L" " + std::wstring(a.begin(), a.end());
-  SetEnvironmentVariableA("KORVALEN_WORKER", std::to_string(worker).c_str());
+  // The copy's own environment, so that copies can be started from several
+  // threads at once.
+  std::wstring environment;
+  wchar_t* inherited = GetEnvironmentStringsW();
+  for (const wchar_t* v = inherited; *v != 0; v += wcslen(v) + 1) {
+    if (_wcsnicmp(v, L"KORVALEN_WORKER=", 16) != 0) environment.append(v).push_back(0);
+  }
+  FreeEnvironmentStringsW(inherited);
+  environment.append(L"KORVALEN_WORKER=" + std::to_wstring(worker)).push_back(0);
   STARTUPINFOW startup{};
   startup.cb = sizeof startup;
   PROCESS_INFORMATION process{};
-  started_ = CreateProcessW(nullptr, command.data(), nullptr, nullptr, FALSE, 0, nullptr, nullptr,
-                            &startup, &process) != 0;
-  SetEnvironmentVariableA("KORVALEN_WORKER", nullptr);
+  started_ =
+      CreateProcessW(nullptr, command.data(), nullptr, nullptr, FALSE, CREATE_UNICODE_ENVIRONMENT,
+                     environment.data(), nullptr, &startup, &process) != 0;
   if (!started_) return;
   CloseHandle(process.hThread);
   process_ = reinterpret_cast<long long>(process.hProcess);
@@ -100,10 +110,18 @@ RunningCopy::RunningCopy(const std::vector<std::string>& arguments, int worker) 
   std::vector<char*> argv{self};
   for (std::string& w : words) argv.push_back(w.data());
   argv.push_back(nullptr);
-  setenv("KORVALEN_WORKER", std::to_string(worker).c_str(), 1);
+  // The copy's own environment, so that copies can be started from several
+  // threads at once.
+  std::vector<std::string> variables;
+  for (char** v = environ; *v != nullptr; ++v) {
+    if (std::strncmp(*v, "KORVALEN_WORKER=", 16) != 0) variables.emplace_back(*v);
+  }
+  variables.push_back("KORVALEN_WORKER=" + std::to_string(worker));
+  std::vector<char*> envp;
+  for (std::string& v : variables) envp.push_back(v.data());
+  envp.push_back(nullptr);
   pid_t pid = 0;
-  started_ = posix_spawn(&pid, self, nullptr, nullptr, argv.data(), environ) == 0;
-  unsetenv("KORVALEN_WORKER");
+  started_ = posix_spawn(&pid, self, nullptr, nullptr, argv.data(), envp.data()) == 0;
   process_ = pid;
 }
 

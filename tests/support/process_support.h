@@ -24,8 +24,9 @@ int RunTestsInCopies(const std::string& gtest_filter, int count);
 std::vector<std::string> TestsOnly(const std::string& gtest_filter);
 
 // One copy of this program running in the current directory, started with
-// KORVALEN_WORKER set to `worker`; killed and waited for when it goes out of
-// scope still running.
+// KORVALEN_WORKER set to `worker` (in its environment alone: copies may be
+// started from several threads at once); killed and waited for when it goes
+// out of scope still running.
 class RunningCopy {
  public:
   RunningCopy(const std::vector<std::string>& arguments, int worker);
