@@ -18,6 +18,8 @@
 #include "korvalen/diagnostics/error_files.h"
 #include "korvalen/diagnostics/trace_messages.h"
 #include "korvalen/diagnostics/unique_name.h"
+#include "korvalen/drawing/transformation.h"
+#include "korvalen/drawing/utf16_file.h"
 #include "korvalen/drawing/xml_documents.h"
 #include "korvalen/foundation/clock_functions.h"
 #include "korvalen/foundation/directory_iteration.h"
