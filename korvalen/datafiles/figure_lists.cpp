@@ -9,6 +9,7 @@
 #include "korvalen/foundation/internal/arguments.h"
 #include "korvalen/foundation/internal/file_exists.h"
 #include "korvalen/foundation/internal/typed_list.h"
+#include "korvalen/foundation/internal/whole_file.h"
 #include "korvalen/foundation/streams.h"
 #include "korvalen/platform/internal/bounded_copy.h"
 
@@ -132,10 +133,7 @@ void EscribirFicheroListaFiguras(int group, TRegFig* head) {
       g.file, g.work, [&](wchar_t*, wchar_t type, int, int) { return type != g.letter; },
       write_list);
   if (rewritten || korvalen::detail::file_exists(g.file)) return;
-  if (FILE* out = fOpen(g.file, L"wt")) {
-    write_list(out);
-    std::fclose(out);
-  }
+  korvalen::detail::write_whole_file(g.file, write_list);
 }
 
 void DameNombreLargo(const wchar_t* file_name, wchar_t* long_name) {
@@ -159,13 +157,12 @@ void PonNombreLargo(const wchar_t* file_name, const wchar_t* long_name) {
 }
 
 int EscribirFiguraCfg(const wchar_t* file_name, const wchar_t* long_name) {
-  FILE* out = fOpen(or_empty(file_name), L"wt");
-  if (out == nullptr) return 0;
   wchar_t cut[kFigureLongNameChars + 1];
   copy_cut(cut, kFigureLongNameChars + 1, or_empty(long_name));
   wchar_t line[kLineChars + 1];
   DameParametroTexto(L"X007 \"", cut, line);
-  EscribirLineaEnFichero(out, line);
-  std::fclose(out);
-  return 1;
+  return korvalen::detail::write_whole_file(file_name,
+                                            [&](FILE* out) { EscribirLineaEnFichero(out, line); })
+             ? 1
+             : 0;
 }

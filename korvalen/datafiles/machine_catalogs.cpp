@@ -9,7 +9,7 @@
 #include "korvalen/foundation/formatted_output.h"
 #include "korvalen/foundation/internal/arguments.h"
 #include "korvalen/foundation/internal/typed_list.h"
-#include "korvalen/foundation/streams.h"
+#include "korvalen/foundation/internal/whole_file.h"
 #include "korvalen/platform/internal/bounded_copy.h"
 
 namespace {
@@ -61,7 +61,7 @@ void RewriteInstalled(const CatalogFiles& files, TRegListaNombre* chosen) {
   TRegListaMaqFic* first = nullptr;
   TRegListaMaqFic* last = nullptr;
   DameListaMaqDeFichero(files.catalog, first, last);
-  if (FILE* out = fOpen(files.installed, L"wt")) {
+  korvalen::detail::write_whole_file(files.installed, [&](FILE* out) {
     for (const TRegListaMaqFic* e : korvalen::detail::each(first)) {
       if (!name_listed(e->name, chosen)) continue;
       WriteField(out, korvalen::detail::kMaker, e->maker);
@@ -69,8 +69,7 @@ void RewriteInstalled(const CatalogFiles& files, TRegListaNombre* chosen) {
       WriteField(out, korvalen::detail::kFirstCode, e->first_code);
       WriteField(out, korvalen::detail::kSecondCode, e->second_code);
     }
-    std::fclose(out);
-  }
+  });
   korvalen::detail::free_list(first, last);
 }
 

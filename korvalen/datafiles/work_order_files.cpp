@@ -10,6 +10,7 @@
 #include "korvalen/foundation/internal/arguments.h"
 #include "korvalen/foundation/internal/file_exists.h"
 #include "korvalen/foundation/internal/typed_list.h"
+#include "korvalen/foundation/internal/whole_file.h"
 #include "korvalen/foundation/streams.h"
 #include "korvalen/foundation/string_functions.h"
 #include "korvalen/foundation/string_resources.h"
@@ -34,12 +35,11 @@ void Clear(wchar_t* text) {
   if (text != nullptr) text[0] = 0;
 }
 
-// Truncates the file and writes the lines, each followed by a line end.
+// The file becomes the lines, each followed by a line end.
 void WriteLines(const wchar_t* file_name, std::initializer_list<const wchar_t*> lines) {
-  FILE* f = fOpen(file_name, L"wt");
-  if (f == nullptr) return;
-  for (const wchar_t* line : lines) korvalen::detail::write_state_line(f, or_empty(line));
-  std::fclose(f);
+  korvalen::detail::write_whole_file(file_name, [&](FILE* f) {
+    for (const wchar_t* line : lines) korvalen::detail::write_state_line(f, or_empty(line));
+  });
 }
 
 // out = the first line of the file (at most max characters), or empty.
@@ -84,14 +84,13 @@ int ExisteFicheroCambioPiezas() {
 // --- last work orders ------------------------------------------------------------------
 
 void GenerarFicheroUltimasOFs(const wchar_t* file_name, TRegListaNombre* list) {
-  FILE* f = fOpen(or_empty(file_name), L"wt");
-  if (f == nullptr) return;
-  const TRegListaNombre* node = list;
-  for (int i = 0; i < kLastOrders; ++i) {
-    korvalen::detail::write_state_line(f, node != nullptr ? node->name : L"");
-    if (node != nullptr) node = node->next;
-  }
-  std::fclose(f);
+  korvalen::detail::write_whole_file(file_name, [&](FILE* f) {
+    const TRegListaNombre* node = list;
+    for (int i = 0; i < kLastOrders; ++i) {
+      korvalen::detail::write_state_line(f, node != nullptr ? node->name : L"");
+      if (node != nullptr) node = node->next;
+    }
+  });
 }
 
 void LeerFicheroUltimasOFs(const wchar_t* file_name, TRegListaNombre*& first,

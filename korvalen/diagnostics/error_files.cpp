@@ -1,20 +1,27 @@
 #include "korvalen/diagnostics/error_files.h"
 
+#include <chrono>
 #include <cstdio>
 #include <initializer_list>
+#include <string>
 
 #include "korvalen/config/config_reader.h"
+#include "korvalen/diagnostics/internal/unique_names.h"
 #include "korvalen/diagnostics/unique_name.h"
 #include "korvalen/foundation/directory_iteration.h"
 #include "korvalen/foundation/file_system.h"
 #include "korvalen/foundation/formatted_output.h"
 #include "korvalen/foundation/internal/typed_list.h"
+#include "korvalen/foundation/internal/whole_file.h"
 #include "korvalen/foundation/path_functions.h"
 #include "korvalen/foundation/streams.h"
 #include "korvalen/foundation/string_functions.h"
 #include "korvalen/platform/internal/directory_search.h"
+#include "korvalen/platform/internal/exclusive_file.h"
+#include "korvalen/platform/internal/this_process.h"
 
 using korvalen::kCfgLineChars;
+using korvalen::detail::WorkFile;
 
 namespace {
 
@@ -76,22 +83,51 @@ void LeerFicheroError(const wchar_t* name, TRegError& record) {
   std::fclose(report);
 }
 
+// A report is written into one of a few work files beside the counter file,
+// each held by the writer that claimed it; more writers at once wait for one
+// to come free. A report is seconds' work at most.
+constexpr int kReportWorkFiles = 8;
+constexpr auto kGiveUpWaiting = std::chrono::seconds(5);
+constexpr unsigned kPauseMicroseconds = 200;
+
+std::wstring ReportWorkFile(const wchar_t* counter, int slot) {
+  return korvalen::detail::work_file_name((counter + (L"." + std::to_wstring(slot))).c_str());
+}
+
+// The number of the work file claimed, or -1 when none can be had.
+int ClaimReportWorkFile(const wchar_t* counter, WorkFile& work) {
+  const auto give_up = std::chrono::steady_clock::now() + kGiveUpWaiting;
+  for (;;) {
+    for (int slot = 0; slot < kReportWorkFiles; ++slot) {
+      const std::error_code error = work.TryClaim(ReportWorkFile(counter, slot).c_str());
+      if (!error) return slot;
+      if (error != std::errc::device_or_resource_busy) return -1;
+    }
+    if (std::chrono::steady_clock::now() >= give_up) return -1;
+    korvalen::platform::sleep_microseconds(kPauseMicroseconds);
+  }
+}
+
+// Work files that writers killed halfway left in the other places; a claim
+// takes over its own place's, but a place may not be claimed again for long.
+void RemoveAbandonedWorkFiles(const wchar_t* counter, int own_slot) {
+  for (int slot = 0; slot < kReportWorkFiles; ++slot) {
+    if (slot != own_slot) {
+      (void)korvalen::platform::remove_abandoned_work_file(ReportWorkFile(counter, slot).c_str());
+    }
+  }
+}
+
 void WriteReport(int code, const wchar_t* short_text1, const wchar_t* short_text2,
                  const wchar_t* short_text3, const wchar_t* long_text4, const wchar_t* medium_text5,
                  const wchar_t* short_text6, const wchar_t* short_text7, int number1, LONG number2,
                  int number3) {
   wchar_t counter[kPathChars];
   MakePath(counter, L"", L"", L"CONTERRW", L".cdr");
-  wchar_t base[korvalen::kUniqueNameChars + 1];
-  if (DameNombreFic(counter, L".err", base) == 0) return;
-  wchar_t name[kPathChars];
-  MakePath(name, L"", L"", base, L".err");
-  FILE* report = fOpen(name, L"wt");
-  if (report == nullptr) {
-    // The name was reserved by an empty file; an empty report helps no one.
-    Remove(name);
-    return;
-  }
+  WorkFile work;
+  const int slot = ClaimReportWorkFile(counter, work);
+  if (slot < 0) return;
+  FILE* report = work.stream();
   fPrintf(report, L"%d\n", code);
   for (const wchar_t* text : {short_text1, short_text2, short_text3, long_text4, medium_text5,
                               short_text6, short_text7}) {
@@ -100,7 +136,12 @@ void WriteReport(int code, const wchar_t* short_text1, const wchar_t* short_text
   fPrintf(report, L"%d\n", number1);
   fPrintf(report, L"%ld\n", static_cast<long>(number2));
   fPrintf(report, L"%d\n", number3);
-  std::fclose(report);
+  // Only the complete report takes a name, the counter's next free one, so
+  // the gatherer never meets a report being written.
+  wchar_t base[korvalen::kUniqueNameChars + 1];
+  korvalen::detail::next_unique_name(counter, L".err", base,
+                                     [&](const wchar_t* path) { return work.Publish(path); });
+  RemoveAbandonedWorkFiles(counter, slot);
 }
 
 void Gather(TRegError*& head, TRegError*& tail, TDtsFile& search) {

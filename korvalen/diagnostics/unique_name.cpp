@@ -5,6 +5,7 @@
 #include <cstdio>
 
 #include "korvalen/config/config_reader.h"
+#include "korvalen/diagnostics/internal/unique_names.h"
 #include "korvalen/foundation/formatted_output.h"
 #include "korvalen/foundation/path_functions.h"
 #include "korvalen/foundation/string_functions.h"
@@ -96,7 +97,10 @@ long TakeNumber(const wchar_t* counter_file, Deadline give_up) {
   return number;
 }
 
-int NextName(const wchar_t* counter_file, const wchar_t* extension, wchar_t* base) {
+}  // namespace
+
+int korvalen::detail::next_unique_name(const wchar_t* counter_file, const wchar_t* extension,
+                                       wchar_t* base, const NameTaker& take) {
   if (counter_file == nullptr || *counter_file == 0) return 0;
   if (extension == nullptr) extension = L"";
 
@@ -110,10 +114,10 @@ int NextName(const wchar_t* counter_file, const wchar_t* extension, wchar_t* bas
     return 0;
   }
 
-  // Each number is handed out once, so callers never race for a name; the
-  // create only meets files left behind by an older count, whose numbers are
-  // passed over. Creating outside the counter keeps the counter's hold short:
-  // creates can be slow in a full directory.
+  // Each number is handed out once, so callers never race for a name; taking
+  // it only meets files left behind by an older count, whose numbers are
+  // passed over. Taking it outside the counter keeps the counter's hold
+  // short: creates can be slow in a full directory.
   const Deadline give_up = std::chrono::steady_clock::now() + kGiveUpAfter;
   for (long probe = 0; probe < kMaxProbes; ++probe) {
     const long number = TakeNumber(counter_file, give_up);
@@ -122,7 +126,7 @@ int NextName(const wchar_t* counter_file, const wchar_t* extension, wchar_t* bas
     sPrintf(candidate, L"%08ld", number);
     wchar_t path[kPathChars];
     MakePath(path, drive, folder, candidate, extension);
-    const std::error_code error = platform::create_new_file(path);
+    const std::error_code error = take(path);
     if (!error) {
       StrCpy(base, candidate);
       return 1;
@@ -132,13 +136,13 @@ int NextName(const wchar_t* counter_file, const wchar_t* extension, wchar_t* bas
   return 0;
 }
 
-}  // namespace
-
 int DameNombreFic(const wchar_t* counter_file, const wchar_t* extension, wchar_t* base) {
   if (base == nullptr) return 0;
   base[0] = 0;
   try {
-    return NextName(counter_file, extension, base);
+    return korvalen::detail::next_unique_name(
+        counter_file, extension, base,
+        [](const wchar_t* path) { return platform::create_new_file(path); });
   } catch (...) {
     base[0] = 0;
     return 0;

@@ -8,6 +8,7 @@
 #include "korvalen/foundation/file_system.h"
 #include "korvalen/foundation/internal/arguments.h"
 #include "korvalen/foundation/internal/typed_list.h"
+#include "korvalen/foundation/internal/whole_file.h"
 #include "korvalen/foundation/streams.h"
 #include "korvalen/foundation/string_functions.h"
 #include "korvalen/platform/internal/bounded_copy.h"
@@ -307,13 +308,17 @@ void CopiarFichero(const wchar_t* source, const wchar_t* destination) {
     std::fclose(in);
     return;
   }
-  if (FILE* out = fOpen(destination, L"wb")) {
-    std::size_t n = 0;
-    while ((n = std::fread(block, 1, kCopyBlockBytes, in)) > 0) {
-      if (std::fwrite(block, 1, n, out) != n) break;
-    }
-    std::fclose(out);
-  }
+  korvalen::detail::write_whole_file(
+      destination,
+      [&](FILE* out) {
+        std::size_t n = 0;
+        while ((n = std::fread(block, 1, kCopyBlockBytes, in)) > 0) {
+          if (std::fwrite(block, 1, n, out) != n) return false;
+        }
+        // A source that could not be read to its end copies nothing.
+        return std::ferror(in) == 0;
+      },
+      korvalen::platform::WorkContent::kBinary);
   std::free(block);
   std::fclose(in);
 }

@@ -1,12 +1,14 @@
 #include "korvalen/machine/cnc_translation.h"
 
 #include <cstdio>
+#include <memory>
 #include <unordered_map>
 
 #include "korvalen/config/config_reader.h"
 #include "korvalen/config/config_writer.h"
 #include "korvalen/config/internal/record_walk.h"
 #include "korvalen/foundation/internal/typed_list.h"
+#include "korvalen/foundation/internal/whole_file.h"
 #include "korvalen/foundation/streams.h"
 
 #if defined(_WIN32) && !defined(_WIN64)
@@ -102,10 +104,15 @@ void CambiarCnc(const wchar_t* translation_file, const wchar_t* input_file,
     LoadList(translation_file, head, tail);
     const std::unordered_map<wchar_t, wchar_t> table = ReplacementTable(head);
     FILE* in = fOpen(input_file != nullptr ? input_file : L"", L"rt");
-    FILE* out = in != nullptr ? fOpen(output_file != nullptr ? output_file : L"", L"wt") : nullptr;
-    if (out != nullptr) Translate(in, out, table);
-    if (out != nullptr) std::fclose(out);
-    if (in != nullptr) std::fclose(in);
+    if (in != nullptr) {
+      std::unique_ptr<FILE, int (*)(FILE*)> reading(in, std::fclose);
+      korvalen::detail::write_whole_file(output_file, [&](FILE* out) {
+        Translate(in, out, table);
+        // Done with the input before the output takes its place: it may be
+        // the same file, which Windows replaces only once it is closed.
+        reading.reset();
+      });
+    }
   } catch (...) {
   }
   korvalen::detail::free_list(head, tail);

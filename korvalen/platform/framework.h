@@ -42,5 +42,6 @@ class CString {
   std::wstring text_;
 };
 
-// The file classes, which hold CString members.
+// The dialog and file classes, which build on CString.
+#include "korvalen/platform/framework_dialog.h"  // IWYU pragma: export
 #include "korvalen/platform/framework_file.h"  // IWYU pragma: export

@@ -6,6 +6,7 @@
 #include "korvalen/config/config_writer.h"
 #include "korvalen/config/internal/record_walk.h"
 #include "korvalen/foundation/formatted_output.h"
+#include "korvalen/foundation/internal/whole_file.h"
 #include "korvalen/foundation/streams.h"
 #include "korvalen/foundation/string_functions.h"
 
@@ -19,17 +20,16 @@ constexpr int kFirstText = 4;
 constexpr int kLastText = 8;
 
 void CreateParametersFile(int switch_on, LONG a002, LONG a003) {
-  FILE* f = fOpen(kParametersFile, L"wt");
-  if (f == nullptr) return;
-  fPrintf(f, L"#--------------------------------------------------------------------#\n");
-  fPrintf(f, L"# CFGSMACH Aplication launch parameters                              #\n");
-  fPrintf(f, L"#--------------------------------------------------------------------#\n");
-  fPrintf(f, L"A000 %d\n", 1);
-  fPrintf(f, switch_on != 0 ? L"A001 ON\n" : L"A001 OFF\n");
-  fPrintf(f, L"A002 %d\n", static_cast<int>(a002));
-  fPrintf(f, L"A003 %d\n", static_cast<int>(a003));
-  fPrintf(f, L"A004 %s\n", L"CFGSMACH.OPC");
-  std::fclose(f);
+  korvalen::detail::write_whole_file(kParametersFile, [&](FILE* f) {
+    fPrintf(f, L"#--------------------------------------------------------------------#\n");
+    fPrintf(f, L"# CFGSMACH Aplication launch parameters                              #\n");
+    fPrintf(f, L"#--------------------------------------------------------------------#\n");
+    fPrintf(f, L"A000 %d\n", 1);
+    fPrintf(f, switch_on != 0 ? L"A001 ON\n" : L"A001 OFF\n");
+    fPrintf(f, L"A002 %d\n", static_cast<int>(a002));
+    fPrintf(f, L"A003 %d\n", static_cast<int>(a003));
+    fPrintf(f, L"A004 %s\n", L"CFGSMACH.OPC");
+  });
 }
 
 // Groups 1 and 2 name their identifiers one by one; the others number their

@@ -5,12 +5,11 @@
 #include "korvalen/config/config_reader.h"
 #include "korvalen/config/config_writer.h"
 #include "korvalen/config/internal/record_walk.h"
-#include "korvalen/foundation/file_system.h"
 #include "korvalen/foundation/formatted_output.h"
 #include "korvalen/foundation/internal/typed_list.h"
+#include "korvalen/foundation/internal/whole_file.h"
 #include "korvalen/foundation/streams.h"
 #include "korvalen/foundation/string_functions.h"
-#include "korvalen/platform/internal/files.h"
 
 namespace {
 
@@ -150,27 +149,23 @@ int LeerCfgMosaicos(TipoRegMosaico& settings, int& error) {
 
 void EscribirCfgMosaicos(TipoRegMosaico& settings) {
   FILE* in = fOpen(kMosaicFile, L"rt");
-  FILE* out = fOpen(kMosaicWork, L"wt");
-  if (in != nullptr && out != nullptr) {
+  korvalen::detail::WorkFile out(kMosaicWork);
+  if (in != nullptr && out.stream() != nullptr) {
     korvalen::detail::for_each_line<korvalen::kCfgLongLineChars>(
         in, [&](wchar_t* line, wchar_t type, int index, int cursor) {
           if (type == L'Z') return;
           if (type == L'A' && index >= 1 && index <= kLastSettingsRecord) {
             EditSettingsRecord(settings, line, index, cursor);
           }
-          EscribirLineaEnFichero(out, line);
+          EscribirLineaEnFichero(out.stream(), line);
         });
   }
   if (in != nullptr) std::fclose(in);
-  if (out != nullptr) {
-    WriteEntries(out, settings.entries);
-    std::fclose(out);
-    korvalen::platform::replace_file(kMosaicWork, kMosaicFile);
+  if (out.stream() != nullptr) {
+    WriteEntries(out.stream(), settings.entries);
+    out.Replace(kMosaicFile);
   } else {
-    // Kept from the suite's own order: the settings go even though no work
-    // file was written to take their place.
-    Remove(kMosaicFile);
-    Rename(kMosaicWork, kMosaicFile);
+    korvalen::detail::give_up_target(out, kMosaicFile, kMosaicWork);
   }
   FreeEntries(settings);
 }

@@ -5,11 +5,8 @@
 #include "korvalen/config/config_reader.h"
 #include "korvalen/config/config_writer.h"
 #include "korvalen/config/internal/record_walk.h"
-#include "korvalen/foundation/file_system.h"
 #include "korvalen/foundation/internal/arguments.h"
-#include "korvalen/foundation/streams.h"
 #include "korvalen/foundation/string_functions.h"
-#include "korvalen/platform/internal/files.h"
 #include "korvalen/settings/internal/long_text_field.h"
 
 namespace {
@@ -37,26 +34,19 @@ void LeerCfgMirselId(int& flag, wchar_t* text) {
 
 void EscribirCfgMirselId(int flag, const wchar_t* text) {
   text = or_empty(text);
-  FILE* in = fOpen(kIdentificationFile, L"rt");
-  if (in == nullptr) return;
-  FILE* out = fOpen(kIdentificationWork, L"wt");
-  if (out == nullptr) {
-    std::fclose(in);
-    return;
-  }
-  korvalen::detail::for_each_line<korvalen::kCfgLongLineChars>(
-      in, [&](wchar_t* line, wchar_t type, int index, int cursor) {
-        if (type == L'A' && index == 2) {
-          EscribirSIoNO(line, cursor, flag);
-        } else if (type == L'A' && index == 3) {
-          korvalen::detail::write_long_text_field(out, line, cursor, text);
-          return;
-        }
-        EscribirLineaEnFichero(out, line);
+  korvalen::detail::rewrite_through(
+      kIdentificationFile, kIdentificationWork, [&](FILE* in, FILE* out) {
+        korvalen::detail::for_each_line<korvalen::kCfgLongLineChars>(
+            in, [&](wchar_t* line, wchar_t type, int index, int cursor) {
+              if (type == L'A' && index == 2) {
+                EscribirSIoNO(line, cursor, flag);
+              } else if (type == L'A' && index == 3) {
+                korvalen::detail::write_long_text_field(out, line, cursor, text);
+                return;
+              }
+              EscribirLineaEnFichero(out, line);
+            });
       });
-  std::fclose(in);
-  std::fclose(out);
-  korvalen::platform::replace_file(kIdentificationWork, kIdentificationFile);
 }
 
 void ActualizaMirselinCNI(int& number_a000, const wchar_t* server_r001,
@@ -64,40 +54,28 @@ void ActualizaMirselinCNI(int& number_a000, const wchar_t* server_r001,
                           int& switch_r000, const wchar_t* text_a001, const wchar_t* text_a002,
                           const wchar_t* text_a005, int& /*unused_number*/) {
   try {
-    FILE* in = fOpen(kProcessFile, L"rt");
-    if (in == nullptr) return;
-    FILE* out = fOpen(kProcessWork, L"wt");
-    if (out != nullptr) {
-      korvalen::detail::for_each_line<korvalen::kCfgLineChars>(
-          in, [&](wchar_t* line, wchar_t type, int index, int cursor) {
-            if (type == L'A' && index == 0) {
-              EscribirUnEntero(line, cursor, number_a000);
-            } else if (type == L'A' && index == 1) {
-              EscribirUnTexto(line, cursor, text_a001);
-            } else if (type == L'A' && index == 2) {
-              EscribirUnTexto(line, cursor, text_a002);
-            } else if (type == L'A' && index == 5) {
-              EscribirUnTexto(line, cursor, text_a005);
-            } else if (type == L'R' && index == 0) {
-              EscribirSIoNO(line, cursor, switch_r000);
-            } else if (type == L'R' && index == 1) {
-              EscribirUnTexto(line, cursor, server_r001);
-            } else if (type == L'R' && (index == 5 || index == 8)) {
-              EscribirUnTexto(line, cursor, database_folder_r005_r008);
-            }
-            EscribirLineaEnFichero(out, line);
-          });
-      std::fclose(out);
-    }
-    std::fclose(in);
-    if (out != nullptr) {
-      korvalen::platform::replace_file(kProcessWork, kProcessFile);
-    } else {
-      // Kept from the suite's own order: the process file goes even though no
-      // work file was written to take its place.
-      Remove(kProcessFile);
-      Rename(kProcessWork, kProcessFile);
-    }
+    // Kept from the suite's own order: the process file goes even when no
+    // work file can be made to take its place.
+    korvalen::detail::rewrite_records<korvalen::kCfgLineChars>(
+        kProcessFile, kProcessWork,
+        [&](wchar_t* line, wchar_t type, int index, int cursor) {
+          if (type == L'A' && index == 0) {
+            EscribirUnEntero(line, cursor, number_a000);
+          } else if (type == L'A' && index == 1) {
+            EscribirUnTexto(line, cursor, text_a001);
+          } else if (type == L'A' && index == 2) {
+            EscribirUnTexto(line, cursor, text_a002);
+          } else if (type == L'A' && index == 5) {
+            EscribirUnTexto(line, cursor, text_a005);
+          } else if (type == L'R' && index == 0) {
+            EscribirSIoNO(line, cursor, switch_r000);
+          } else if (type == L'R' && index == 1) {
+            EscribirUnTexto(line, cursor, server_r001);
+          } else if (type == L'R' && (index == 5 || index == 8)) {
+            EscribirUnTexto(line, cursor, database_folder_r005_r008);
+          }
+        },
+        [](FILE*) {}, korvalen::detail::WithoutWorkFile::kLoseFile);
   } catch (...) {
     // Nothing more is done; what was written stays.
   }

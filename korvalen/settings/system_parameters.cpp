@@ -9,6 +9,7 @@
 #include "korvalen/foundation/file_system.h"
 #include "korvalen/foundation/formatted_output.h"
 #include "korvalen/foundation/internal/arguments.h"
+#include "korvalen/foundation/internal/whole_file.h"
 #include "korvalen/foundation/number_functions.h"
 #include "korvalen/foundation/streams.h"
 #include "korvalen/foundation/string_functions.h"
@@ -163,12 +164,11 @@ void LeerPequeno(int& first_value, wchar_t* box_file, int& second_value) {
 }
 
 void EscribirPequeno(int first_value, const wchar_t* box_file, int second_value) {
-  FILE* f = fOpen(kPackagingFile, L"wt");
-  if (f == nullptr) return;
-  fPrintf(f, L"A000 %d ;\n", first_value);
-  fPrintf(f, L"A001 \"%s\" ;\n", or_empty(box_file));
-  fPrintf(f, L"A002 %d ;\n", second_value);
-  std::fclose(f);
+  korvalen::detail::write_whole_file(kPackagingFile, [&](FILE* f) {
+    fPrintf(f, L"A000 %d ;\n", first_value);
+    fPrintf(f, L"A001 \"%s\" ;\n", or_empty(box_file));
+    fPrintf(f, L"A002 %d ;\n", second_value);
+  });
 }
 
 void DameVersionYServicePack(int& version, int& sub_version, int& service_pack,

@@ -12,13 +12,13 @@
 #pragma once
 
 #include <cstdio>
+#include <memory>
 #include <type_traits>
 
 #include "korvalen/config/config_reader.h"
 #include "korvalen/config/config_writer.h"
-#include "korvalen/foundation/file_system.h"
+#include "korvalen/foundation/internal/whole_file.h"
 #include "korvalen/foundation/streams.h"
-#include "korvalen/platform/internal/files.h"
 
 namespace korvalen::detail {
 
@@ -76,10 +76,35 @@ bool for_each_record(const wchar_t* file_name, Visit visit) {
 // What a rewrite does with the file when its work file cannot be created.
 enum class WithoutWorkFile {
   kKeepFile,
-  // Kept from some of the suite's own rewrites: the file is deleted and the
-  // work file renamed onto it all the same, so the file is lost.
+  // As give_up_target (foundation/internal/whole_file.h): the file is lost.
   kLoseFile,
 };
+
+// The rewrite of a settings file through its work file: pass(in, out) reads
+// the file from its start and writes what replaces it into the work file
+// work_name, held by this writer alone, which then takes the file's place in
+// one step. Returns false when the file does not open; when a write is lost
+// the file stays as it is, and when the work file cannot be had, as
+// `without` says. A work file that another writer holds all along is that
+// writer's: the file is then never lost for it.
+template <typename Pass>
+bool rewrite_through(const wchar_t* file_name, const wchar_t* work_name, Pass pass,
+                     WithoutWorkFile without = WithoutWorkFile::kKeepFile) {
+  FILE* in = fOpen(file_name, L"rt");
+  if (in == nullptr) return false;
+  std::unique_ptr<FILE, int (*)(FILE*)> reading(in, std::fclose);
+  WorkFile out(work_name);
+  if (out.stream() == nullptr) {
+    reading.reset();
+    if (without == WithoutWorkFile::kLoseFile) give_up_target(out, file_name, work_name);
+    return true;
+  }
+  pass(in, out.stream());
+  // Windows replaces no file that is open for reading.
+  reading.reset();
+  out.Replace(file_name);
+  return true;
+}
 
 // Whether the edit keeps its line: an edit returning nothing keeps them all.
 template <typename Edit>
@@ -92,35 +117,23 @@ bool edit_keeps_line(Edit& edit, wchar_t* line, wchar_t type, int index, int cur
   }
 }
 
-// An in-place rewrite through a work file: edit(line, type, index, cursor)
-// may change each line of the file (as for_each_line gives them, so blank
-// lines are dropped) before it is written to the work file, or return false
-// to leave the line out; append(out) then writes what follows the file's own
-// lines, and the work file replaces the file. Returns false when the file
-// does not open; when the work file cannot be created the file stays as it
-// is, or is lost where `without` says so.
+// An in-place rewrite: edit(line, type, index, cursor) may change each line of
+// the file (as for_each_line gives them, so blank lines are dropped) before
+// it is written to the work file, or return false to leave the line out;
+// append(out) then writes what follows the file's own lines, and the rest is
+// as rewrite_through.
 template <int kChars, typename Edit, typename Append>
 bool rewrite_records(const wchar_t* file_name, const wchar_t* work_name, Edit edit, Append append,
                      WithoutWorkFile without = WithoutWorkFile::kKeepFile) {
-  FILE* in = fOpen(file_name, L"rt");
-  if (in == nullptr) return false;
-  FILE* out = fOpen(work_name, L"wt");
-  if (out == nullptr) {
-    std::fclose(in);
-    if (without == WithoutWorkFile::kLoseFile) {
-      Remove(file_name);
-      Rename(work_name, file_name);
-    }
-    return true;
-  }
-  for_each_line<kChars>(in, [&](wchar_t* line, wchar_t type, int index, int cursor) {
-    if (edit_keeps_line(edit, line, type, index, cursor)) EscribirLineaEnFichero(out, line);
-  });
-  std::fclose(in);
-  append(out);
-  std::fclose(out);
-  platform::replace_file(work_name, file_name);
-  return true;
+  return rewrite_through(
+      file_name, work_name,
+      [&](FILE* in, FILE* out) {
+        for_each_line<kChars>(in, [&](wchar_t* line, wchar_t type, int index, int cursor) {
+          if (edit_keeps_line(edit, line, type, index, cursor)) EscribirLineaEnFichero(out, line);
+        });
+        append(out);
+      },
+      without);
 }
 
 template <int kChars, typename Edit>

@@ -3,15 +3,12 @@
 #include <cstdio>
 
 #include "korvalen/foundation/formatted_output.h"
-#include "korvalen/foundation/streams.h"
+#include "korvalen/foundation/internal/whole_file.h"
 
 namespace korvalen::detail {
 
 void write_number_file(const wchar_t* name, int value) {
-  FILE* f = fOpen(name, L"wt");
-  if (f == nullptr) return;
-  fPrintf(f, L"%d\n", value);
-  std::fclose(f);
+  write_whole_file(name, [&](FILE* f) { fPrintf(f, L"%d\n", value); });
 }
 
 }  // namespace korvalen::detail

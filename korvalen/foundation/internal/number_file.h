@@ -7,8 +7,8 @@
 
 namespace korvalen::detail {
 
-// Creates or empties the file and writes the number; nothing when the file
-// cannot be created.
+// The file becomes the number, written whole (whole_file.h); nothing when
+// the file cannot be written.
 void write_number_file(const wchar_t* name, int value);
 
 }  // namespace korvalen::detail

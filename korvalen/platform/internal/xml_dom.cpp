@@ -1,9 +1,7 @@
-// The portable part of the XML DOM: argument checks, cleared outputs, and
-// saving through a work file.
+// The portable part of the XML DOM: argument checks and cleared outputs.
 #include "korvalen/platform/internal/xml_dom.h"
 
 #include "korvalen/platform/internal/error.h"
-#include "korvalen/platform/internal/files.h"
 
 namespace korvalen::platform::xml {
 namespace {
@@ -55,15 +53,9 @@ std::error_code append_element(const IXMLDOMNodePtr& parent, const wchar_t* name
   return guarded([&] { return native::append_element(parent, name, element); });
 }
 
-std::error_code save(const IXMLDOMNodePtr& document, const wchar_t* path) {
-  if (!document || !is_name(path)) return invalid();
-  return guarded([&] {
-    const std::wstring work = std::wstring(path) + L".AUX";
-    std::error_code error = native::save(document, work.c_str());
-    if (!error) error = replace_file(work.c_str(), path);
-    if (error) remove_file(work.c_str());
-    return error;
-  });
+std::error_code save(const IXMLDOMNodePtr& document, FILE* out) {
+  if (!document || out == nullptr) return invalid();
+  return guarded([&] { return native::save(document, out); });
 }
 
 std::error_code node_type(const IXMLDOMNodePtr& node, NodeType& type) {

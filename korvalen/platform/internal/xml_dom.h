@@ -8,7 +8,7 @@
 //     IXMLDOMNodePtr main;
 //     xml::document_element(document, main);
 //     xml::set_attribute(main, L"LanID", L"3");
-//     xml::save(document, L"iVortan.cfg");
+//     xml::save(document, out);  // out: a binary stream, e.g. a work file
 //   }
 //
 // Documents are made as the suite has always made them: loading is
@@ -16,6 +16,7 @@
 // white space between elements is dropped.
 #pragma once
 
+#include <cstdio>
 #include <string>
 #include <system_error>
 
@@ -53,11 +54,11 @@ std::error_code insert_declaration(const IXMLDOMNodePtr& document, const wchar_t
 // element).
 std::error_code append_element(const IXMLDOMNodePtr& parent, const wchar_t* name,
                                IXMLDOMNodePtr& element);
-// Writes the document in the encoding its declaration names (UTF-16 with a
-// byte-order mark for "Unicode" and "UTF-16", UTF-8 without a declaration),
-// first to a work file beside the target that then replaces it: a document
-// that cannot be saved leaves the old file as it was.
-std::error_code save(const IXMLDOMNodePtr& document, const wchar_t* path);
+// Writes the document, as the DOM saves it to a file, into out (a binary
+// stream, left open): in the encoding its declaration names (UTF-16 with a
+// byte-order mark for "Unicode" and "UTF-16", UTF-8 without a declaration).
+// Files are written as a whole by the caller (foundation/internal/whole_file.h).
+std::error_code save(const IXMLDOMNodePtr& document, FILE* out);
 
 // --- nodes ----------------------------------------------------------------
 std::error_code node_type(const IXMLDOMNodePtr& node, NodeType& type);
@@ -99,7 +100,7 @@ std::error_code has_declaration(const IXMLDOMNodePtr& document, bool& has);
 std::error_code insert_declaration(const IXMLDOMNodePtr& document, const wchar_t* data);
 std::error_code append_element(const IXMLDOMNodePtr& parent, const wchar_t* name,
                                IXMLDOMNodePtr& element);
-std::error_code save(const IXMLDOMNodePtr& document, const wchar_t* path);
+std::error_code save(const IXMLDOMNodePtr& document, FILE* out);
 std::error_code node_type(const IXMLDOMNodePtr& node, NodeType& type);
 std::error_code node_name(const IXMLDOMNodePtr& node, std::wstring& name);
 std::error_code first_child(const IXMLDOMNodePtr& node, IXMLDOMNodePtr& child);

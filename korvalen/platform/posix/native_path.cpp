@@ -3,6 +3,7 @@
 #include <dirent.h>
 #include <sys/stat.h>
 
+#include <cctype>
 #include <cstdint>
 
 namespace korvalen::platform::posix {
@@ -78,6 +79,51 @@ std::string native_path(const wchar_t* name) {
     pos = slash + 1;
   }
   return resolved;
+}
+
+FolderAndFile folder_and_file(const wchar_t* name) {
+  std::string path = to_utf8(name);
+  for (char& c : path) {
+    if (c == '\\') c = '/';
+  }
+  const std::size_t slash = path.rfind('/');
+  FolderAndFile parts;
+  if (slash != std::string::npos) {
+    parts.folder =
+        slash == 0 ? std::string("/") : native_path(from_utf8(path.substr(0, slash)).c_str()) + "/";
+  }
+  parts.file = path.substr(slash == std::string::npos ? 0 : slash + 1);
+  return parts;
+}
+
+// Up to this many ASCII letters, the other spellings of a name are looked up
+// one by one (2^letters lookups); beyond, or with other letters, the folder is
+// read through. Generated names ("00000042.err") have few letters, and
+// reading a folder of thousands of them for every new one would cost far more.
+constexpr int kMaxLettersToSpell = 6;
+
+bool other_case_exists(const std::string& folder, const std::string& file) {
+  int letters[kMaxLettersToSpell];
+  int count = 0;
+  for (std::size_t i = 0; i < file.size(); ++i) {
+    const unsigned char c = static_cast<unsigned char>(file[i]);
+    if (c >= 0x80 || (count == kMaxLettersToSpell && std::isalpha(c))) {
+      const std::string spelled = folder + file;
+      return native_path(from_utf8(spelled).c_str()) != spelled;
+    }
+    if (std::isalpha(c)) letters[count++] = static_cast<int>(i);
+  }
+  for (unsigned mask = 1; mask < (1u << count); ++mask) {
+    std::string variant = file;
+    for (int b = 0; b < count; ++b) {
+      if ((mask & (1u << b)) == 0) continue;
+      char& c = variant[static_cast<std::size_t>(letters[b])];
+      c = std::isupper(static_cast<unsigned char>(c)) ? static_cast<char>(std::tolower(c))
+                                                      : static_cast<char>(std::toupper(c));
+    }
+    if (exists(folder + variant)) return true;
+  }
+  return false;
 }
 
 bool wildcard_match(const wchar_t* pattern, const wchar_t* name) {

@@ -15,6 +15,20 @@ namespace korvalen::platform::posix {
 // created under the name given).
 std::string native_path(const wchar_t* name);
 
+// A name as exclusive creates and work files take it: the folder resolved as
+// for every name (with its closing '/', or empty for the current directory),
+// the last component exactly as spelled (empty for a name ending in a
+// separator).
+struct FolderAndFile {
+  std::string folder;
+  std::string file;
+};
+FolderAndFile folder_and_file(const wchar_t* name);
+
+// Whether folder (as folder_and_file gives it) holds an entry named file in
+// another case, which Windows would take for the same name.
+bool other_case_exists(const std::string& folder, const std::string& file);
+
 // Windows wildcard match ('*', '?') without regard to case.
 bool wildcard_match(const wchar_t* pattern, const wchar_t* name);
 

@@ -181,15 +181,13 @@ std::error_code append_element(const IXMLDOMNodePtr& parent, const wchar_t* name
   return {};
 }
 
-std::error_code save(const IXMLDOMNodePtr& document, const wchar_t* path) {
+std::error_code save(const IXMLDOMNodePtr& document, FILE* out) {
   if (!is_document(document)) return invalid();
-  FILE* file = nullptr;
-  if (const std::error_code error = platform::open_file(path, L"wb", -1, file)) return error;
   const Document& doc = *document.document();
   // A loaded document's markup is about as long as its text was.
-  const bool written = posix::write_document(doc.tree, doc.source_size + 4096, file);
-  if (std::fclose(file) != 0 || !written) return make_error(std::errc::io_error);
-  return {};
+  return posix::write_document(doc.tree, doc.source_size + 4096, out)
+             ? std::error_code()
+             : make_error(std::errc::io_error);
 }
 
 std::error_code node_type(const IXMLDOMNodePtr& node, NodeType& type) {

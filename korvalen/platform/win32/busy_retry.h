@@ -30,4 +30,17 @@ bool retry_while_busy(Attempt attempt, StillBusy still_busy, int attempts = kBus
   }
 }
 
+// MoveFileExW, retried while the refusal is that of a busy file; false, with
+// the last error, when it fails.
+inline bool move_file_while_busy(const wchar_t* from, const wchar_t* to, DWORD flags,
+                                 DWORD& error) {
+  return retry_while_busy(
+      [&] {
+        if (MoveFileExW(from, to, flags)) return true;
+        error = GetLastError();
+        return false;
+      },
+      [&] { return is_busy(error); });
+}
+
 }  // namespace korvalen::platform::win32

@@ -58,17 +58,10 @@ std::error_code rename_file(const wchar_t* old_name, const wchar_t* new_name) {
 
 std::error_code replace_file(const wchar_t* work_name, const wchar_t* target) {
   DWORD error = ERROR_SUCCESS;
-  const bool done = win32::retry_while_busy(
-      [&] {
-        if (MoveFileExW(work_name, target, MOVEFILE_REPLACE_EXISTING | MOVEFILE_WRITE_THROUGH)) {
-          return true;
-        }
-        error = GetLastError();
-        return false;
-      },
-      [&] { return win32::is_busy(error); });
-  return done ? std::error_code()
-              : std::error_code(static_cast<int>(error), std::system_category());
+  return win32::move_file_while_busy(work_name, target,
+                                     MOVEFILE_REPLACE_EXISTING | MOVEFILE_WRITE_THROUGH, error)
+             ? std::error_code()
+             : std::error_code(static_cast<int>(error), std::system_category());
 }
 
 std::error_code current_directory(wchar_t* buffer, int capacity) {

@@ -7,6 +7,7 @@
 #include <objbase.h>
 #include <ole2.h>
 
+#include <cstdio>
 #include <string>
 
 #include "korvalen/platform/internal/com_startup.h"
@@ -236,12 +237,28 @@ std::error_code append_element(const IXMLDOMNodePtr& parent, const wchar_t* name
   return std::error_code();
 }
 
-std::error_code save(const IXMLDOMNodePtr& document, const wchar_t* path) {
+std::error_code save(const IXMLDOMNodePtr& document, FILE* out) {
   Held<IXMLDOMDocument> d;
   if (const std::error_code error = query(document, IID_IXMLDOMDocument, d)) return error;
-  Variant target(path);
-  const HRESULT result = d->save(target.get());
-  return SUCCEEDED(result) ? std::error_code() : com_error(result);
+  // The DOM writes to a stream in memory what it would write to a file; the
+  // caller's stream then takes it as it is.
+  Held<IStream> memory;
+  HRESULT result = CreateStreamOnHGlobal(nullptr, TRUE, memory.out());
+  if (FAILED(result)) return com_error(result);
+  Variant target(memory.get());
+  result = d->save(target.get());
+  if (FAILED(result)) return com_error(result);
+  STATSTG status{};
+  HGLOBAL global = nullptr;
+  result = memory->Stat(&status, STATFLAG_NONAME);
+  if (SUCCEEDED(result)) result = GetHGlobalFromStream(memory.get(), &global);
+  if (FAILED(result)) return com_error(result);
+  const std::size_t size = static_cast<std::size_t>(status.cbSize.QuadPart);
+  const void* bytes = GlobalLock(global);
+  if (bytes == nullptr && size != 0) return make_error(std::errc::not_enough_memory);
+  const bool written = std::fwrite(bytes, 1, size, out) == size;
+  GlobalUnlock(global);
+  return written ? std::error_code() : make_error(std::errc::io_error);
 }
 
 std::error_code node_type(const IXMLDOMNodePtr& node, NodeType& type) {

@@ -14,8 +14,6 @@
 #include <cstdio>
 
 #include "korvalen/config/internal/record_walk.h"
-#include "korvalen/foundation/streams.h"
-#include "korvalen/platform/internal/files.h"
 
 namespace korvalen::detail {
 
@@ -23,22 +21,12 @@ inline constexpr const wchar_t* kProcessFile = L"MIRSELIN.CNI";
 
 template <int kChars, typename Edit>
 void rewrite_process_file(const wchar_t* work_name, Edit edit) {
-  FILE* in = fOpen(kProcessFile, L"rt");
-  if (in == nullptr) return;
-  FILE* out = fOpen(work_name, L"wt");
-  if (out == nullptr) {
-    std::fclose(in);
-    return;
-  }
-  walk_lines<kChars>(in, [&](wchar_t* line, wchar_t type, int index, int cursor) {
-    edit(out, line, type, index, cursor);
-    return true;
+  rewrite_through(kProcessFile, work_name, [&](FILE* in, FILE* out) {
+    walk_lines<kChars>(in, [&](wchar_t* line, wchar_t type, int index, int cursor) {
+      edit(out, line, type, index, cursor);
+      return true;
+    });
   });
-  std::fclose(in);
-  const bool written = std::fclose(out) == 0;
-  if (!written || platform::replace_file(work_name, kProcessFile)) {
-    platform::remove_file(work_name);
-  }
 }
 
 }  // namespace korvalen::detail

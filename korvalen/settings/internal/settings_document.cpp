@@ -1,6 +1,7 @@
 #include "korvalen/settings/internal/settings_document.h"
 
 #include "korvalen/foundation/file_names.h"
+#include "korvalen/foundation/internal/whole_file.h"
 #include "korvalen/foundation/path_functions.h"
 #include "korvalen/platform/internal/xml_dom.h"
 
@@ -44,7 +45,9 @@ bool SettingsDocument::Save() {
   bool declared = false;
   if (xml::has_declaration(document_, declared)) return false;
   if (!declared && xml::insert_declaration(document_, kDeclaration)) return false;
-  return !xml::save(document_, path_.c_str());
+  return write_whole_file(
+      path_.c_str(), [&](FILE* out) { return !xml::save(document_, out); },
+      platform::WorkContent::kBinary);
 }
 
 std::wstring CurrentDirectoryFile(const wchar_t* name, const wchar_t* extension) {
