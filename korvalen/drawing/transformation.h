@@ -126,7 +126,8 @@ class KORVALEN_API C_Transformacion {
   // Hundreds first, then tens; a base above 3 is 0. Arithmetic rather than
   // branches, so that a loop over points keeps it out of its body.
   static constexpr Axes Decode(int code) {
-    // A code that is not negative is its own hundreds and tens.
+    // Below 100 a code is its own remainder, so one remainder serves every
+    // code that is not negative.
     const auto digits = static_cast<unsigned>(code);
     const int mirror_v = code >= 100;
     const int rest = code < 0 ? code : static_cast<int>(digits % 100);
