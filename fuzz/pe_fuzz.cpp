@@ -1,7 +1,9 @@
 // Fuzzes the reading of language libraries: arbitrary bytes become
 // "UKVORTAN.DLL", which is loaded as the current library (on POSIX the PE
 // reader takes it apart) and read: the verification string, strings whose
-// numbers the input chooses, and the messages built from them.
+// numbers the input chooses, and the messages built from them; the dialog
+// templates of the progress dialogs and of numbers the input chooses are
+// taken apart, and the same bytes as "SHDOCVW.DLL" give their version.
 #include <cstdint>
 #include <cstdio>
 #include <filesystem>
@@ -9,6 +11,8 @@
 #include <string>
 
 #include "korvalen/korvalen.h"
+#include "korvalen/platform/internal/dialog_template.h"
+#include "korvalen/platform/internal/pe_image.h"
 
 namespace {
 
@@ -30,10 +34,29 @@ struct WorkDirectory {
   std::filesystem::path path;
 };
 
+// The templates a GTK dialog would be built from.
+void ParseDialogs(const std::uint8_t* data, std::size_t size) {
+  korvalen::platform::PeImage image;
+  if (!image.Parse({data, size})) return;
+  korvalen::platform::DialogTemplate dialog;
+  const std::uint32_t chosen =
+      size >= 2 ? static_cast<std::uint32_t>(data[size - 2] | (data[size - 1] << 8)) : 1;
+  for (const std::uint32_t id : {14200u, 14301u, chosen}) {
+    korvalen::platform::parse_dialog_template(
+        image.FindResource(korvalen::platform::kResourceDialog, id), dialog);
+  }
+}
+
 }  // namespace
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
   static WorkDirectory directory;
+  ParseDialogs(data, size);
+  if (FILE* version = std::fopen("SHDOCVW.DLL", "wb")) {
+    std::fwrite(data, 1, size, version);
+    std::fclose(version);
+    InternetExplorerValidoParaHtmlHelp();
+  }
   FILE* f = std::fopen("UKVORTAN.DLL", "wb");
   if (f == nullptr) return 0;
   std::fwrite(data, 1, size, f);

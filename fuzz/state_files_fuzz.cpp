@@ -1,10 +1,11 @@
 // Fuzzes the readers and rewriters of the installation and work-order state
-// files, the catalogues, the column layouts and the figure lists: arbitrary
-// bytes become the files of an installation directory, which every reader
-// then reads into heap buffers of exactly the capacity its contract states,
-// and every rewriter edits with fuzzed values.
+// files, the catalogues, the formats of a language, the column layouts and
+// the figure lists: arbitrary bytes become the files of an installation
+// directory, which every reader then reads into heap buffers of exactly the
+// capacity its contract states, and every rewriter edits with fuzzed values.
 #include <fuzzer/FuzzedDataProvider.h>
 
+#include <climits>
 #include <cstdint>
 #include <cstdio>
 #include <filesystem>
@@ -39,11 +40,11 @@ struct WorkDirectory {
 };
 
 constexpr const char* kFiles[] = {
-    "param.sys",    "PEQUENO.SYS",  "SERVPACK.DTS", "MIRSELID.CFG", "MIRSELPR.CFG",
-    "MIRSELIN.CNI", "UNIDADES.CFG", "ORDENACT.SYS", "DIRBDACT.SYS", "LSPINOOF.SYS",
-    "LISTOFS.SYS",  "CHGCHAPA.SYS", "CFGSMACH.CFG", "MOSAICOS.CFG", "LISTPOST.ALL",
-    "LISTPOST.CFG", "LISTIMPO.ALL", "LISTIMPO.CFG", "LISTEXPO.ALL", "LISTEXPO.CFG",
-    "CFGSTABS.CFG", "LISTDUCT.CFG", "DUCTUSER.CFG", "FIGURE.CFG",   "MACHINE.MAQ",
+    "param.sys",    "PEQUENO.SYS",  "SERVPACK.DTS", "MIRSELID.CFG", "MIRSELPR.CFG", "MIRSELIN.CNI",
+    "UNIDADES.CFG", "ORDENACT.SYS", "DIRBDACT.SYS", "LSPINOOF.SYS", "LISTOFS.SYS",  "CHGCHAPA.SYS",
+    "CFGSMACH.CFG", "MOSAICOS.CFG", "LISTPOST.ALL", "LISTPOST.CFG", "LISTIMPO.ALL", "LISTIMPO.CFG",
+    "LISTEXPO.ALL", "LISTEXPO.CFG", "CFGSTABS.CFG", "LISTDUCT.CFG", "DUCTUSER.CFG", "FIGURE.CFG",
+    "MACHINE.MAQ",  "LSIMPEXP.007",
 };
 
 void WriteFile(const char* name, const std::string& bytes) {
@@ -170,6 +171,21 @@ void ReadAndRewriteCatalogs(int number) {
   DameLngMax(number % 4, number / 4 % 64);
 }
 
+// The formats of every kind (and of kinds that are none) read, added to with
+// the fuzzed texts and deleted from; language INT_MIN names the longest file.
+void ReadAndRewriteFormats(int number, const std::wstring& text) {
+  const int language = (number & 4) != 0 ? 7 : INT_MIN;
+  for (const wchar_t* kind : {L"IMP", L"EXP", L"LST", L"CFG", L"imp", text.c_str()}) {
+    TRegListaNombre *names = nullptr, *names_last = nullptr, *texts = nullptr,
+                    *texts_last = nullptr;
+    DameListasImpExpDeDirActual(language, kind, names, names_last, texts, texts_last);
+    MeterLsImpExpNuevo(language, kind, text.c_str(), text.c_str());
+    BorrarEnLsImpExp(language, kind, (number & 1) != 0 ? names : texts);
+    Free(names, names_last);
+    Free(texts, texts_last);
+  }
+}
+
 // Every table's columns read, given their headings with units, and written
 // back; the texts are the fuzzed ones, whatever their length.
 void ReadAndRewriteColumns(int number, const std::wstring& text) {
@@ -259,6 +275,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
   GenerarFicheroDeDirBDActiva(key.c_str());
   ReadAndRewriteMachineSettings(number, value);
   ReadAndRewriteCatalogs(number);
+  ReadAndRewriteFormats(number, value);
   ReadAndRewriteColumns(number, key);
   ReadAndRewriteFigures(number, value);
   ReadInstallation();

@@ -14,14 +14,16 @@ KORVALEN_MAIN_PACKAGES=(
   libgtest-dev googletest libpugixml-dev libcli11-dev
 )
 # Plus the sanitizer and fuzzing compiler, the benchmark library, the Windows
-# cross compilers with their binutils, Wine to run the Windows tests, and socat,
-# which gives the serial-link tests under Wine a pseudo-terminal pair.
+# cross compilers with their binutils, Wine to run the Windows tests, socat,
+# which gives the serial-link tests under Wine a pseudo-terminal pair, and
+# GTK 3 with a virtual X server for the dialogs' module and its tests.
 KORVALEN_ALL_PACKAGES=(
   "${KORVALEN_MAIN_PACKAGES[@]}"
   clang libclang-rt-14-dev libbenchmark-dev
   g++-mingw-w64-x86-64 g++-mingw-w64-x86-64-posix binutils-mingw-w64-x86-64
   g++-mingw-w64-i686 g++-mingw-w64-i686-posix binutils-mingw-w64-i686
   wine wine64 socat
+  libgtk-3-dev xvfb xauth
 )
 
 korvalen_missing_packages() {

@@ -22,15 +22,26 @@ class CString {
     if (text != nullptr) text_ += text;
     return *this;
   }
+  // Appends length characters, zeros included, as the framework's does.
+  void Append(const wchar_t* text, int length) {
+    if (text != nullptr && length > 0) text_.append(text, static_cast<std::size_t>(length));
+  }
+  void AppendChar(wchar_t c) { text_.push_back(c); }
 
   operator const wchar_t*() const { return text_.c_str(); }  // NOLINT: as the framework
   int GetLength() const { return static_cast<int>(text_.size()); }
   bool IsEmpty() const { return text_.empty(); }
   void Empty() { text_.clear(); }
 
-  friend bool operator==(const CString& a, const wchar_t* b) { return a.text_ == (b != nullptr ? b : L""); }
+  friend bool operator==(const CString& a, const wchar_t* b) {
+    return a.text_ == (b != nullptr ? b : L"");
+  }
   friend bool operator==(const CString& a, const CString& b) { return a.text_ == b.text_; }
 
  private:
   std::wstring text_;
 };
+
+// The dialog and file classes, which build on CString.
+#include "korvalen/platform/framework_dialog.h"  // IWYU pragma: export
+#include "korvalen/platform/framework_file.h"  // IWYU pragma: export

@@ -34,6 +34,12 @@ using HANDLE = void*;
 using HWND = struct HWND__*;
 using HMODULE = struct HINSTANCE__*;
 using HINSTANCE = HMODULE;
+using INT_PTR = std::intptr_t;
+using HGLOBAL = void*;
+
+// A printer's settings: opaque here, a record of the print dialog's own.
+struct DEVMODEW;
+using LPDEVMODEW = DEVMODEW*;
 
 #ifndef TRUE
 #define TRUE 1

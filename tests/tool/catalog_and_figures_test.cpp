@@ -1,7 +1,7 @@
 // `korvalen catalog`, `figures`, `favorites` and `columns` on a copy of the
 // sample installation: what they print, the installed file rewritten byte for
-// byte as the catalogue has it, and a refused name leaving every file as it
-// was.
+// byte as the catalogue has it, a refused name leaving every file as it was,
+// and the formats of the installation's language.
 #include <gtest/gtest.h>
 
 #include <string>
@@ -42,6 +42,20 @@ TEST_F(ToolCatalogs, ShowInstallAndRemove) {
             "A003 \"PLA\"\r\nA000 \"Cortes del Jalon\"\r\nA001 \"OXICORTE8\"\r\n"
             "A002 \"PPOXI\"\r\nA003 \"OXI\"\r\n");
   EXPECT_NE(RunTool("catalog install gadgets X -C installation").first, 0);
+}
+
+TEST_F(ToolCatalogs, FormatsOfALanguage) {
+  EXPECT_EQ(RunTool("catalog formats IMP -C installation"),
+            std::make_pair(0, std::string("Import formats of language 3 (LSIMPEXP.003; then "
+                                          "LISTIMPO.CFG): 4\n"
+                                          "  Parts list (CSV)       IMPLPCSV\n"
+                                          "  Sheet stock (CSV)      IMPSTCSV\n"
+                                          "  DXF                    IMPDXF\n"
+                                          "  IGES                   IMPIGES\n")));
+  EXPECT_EQ(RunTool("catalog formats CFG --language 7 -C installation"),
+            std::make_pair(0, std::string("Configuration formats of language 7 (LSIMPEXP.007, "
+                                          "no such file): 0\n")));
+  EXPECT_NE(RunTool("catalog formats imp -C installation").first, 0);
 }
 
 TEST_F(ToolCatalogs, FiguresFavouritesAndColumns) {

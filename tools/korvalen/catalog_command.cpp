@@ -4,6 +4,9 @@
 // korvalen catalog install|remove KIND NAME... [-C DIR]: rewrites the
 // installed file from the catalogue; a name the catalogue lacks is refused,
 // and then nothing is written.
+// korvalen catalog formats IMP|EXP|LST|CFG [--language N] [-C DIR]: the
+// formats of a kind that the installation offers in a language (by default
+// its own, else English), each with its second text.
 #include <cstdio>
 #include <map>
 #include <string>
@@ -38,9 +41,10 @@ const std::map<std::string, Kind> kKinds = {
       ActualizaExportadoresInstal}},
 };
 
-std::vector<std::string> KindNames() {
+template <typename Map>
+std::vector<std::string> Keys(const Map& map) {
   std::vector<std::string> names;
-  for (const auto& [name, kind] : kKinds) names.push_back(name);
+  for (const auto& [name, value] : map) names.push_back(name);
   return names;
 }
 
@@ -87,18 +91,26 @@ bool Contains(const std::vector<std::wstring>& names, const std::wstring& name) 
   return false;
 }
 
-void Section(const std::wstring& heading, const wchar_t* file, const Names& names,
-             const Names& makers) {
+// The heading with the count, then each name beside the node of the second
+// list at its place.
+void Rows(const std::wstring& heading, const Names& names, const Names& second) {
   const std::vector<std::wstring> n = names.list();
-  const std::vector<std::wstring> m = makers.list();
-  std::wstring line = heading + L" (" + file + L")";
-  if (!installation_has(file)) line += L", no such file";
-  print(line + L": " + std::to_wstring(n.size()) + L"\n");
+  const std::vector<std::wstring> m = second.list();
+  print(heading + L": " + std::to_wstring(n.size()) + L"\n");
   for (std::size_t i = 0; i < n.size(); ++i) {
     std::wstring row = L"  " + n[i];
     if (row.size() < 24) row.append(24 - row.size(), L' ');
     print(row + L" " + (i < m.size() ? m[i] : std::wstring()) + L"\n");
   }
+}
+
+std::wstring FileNote(const wchar_t* file) {
+  return installation_has(file) ? file : std::wstring(file) + L", no such file";
+}
+
+void Section(const std::wstring& heading, const wchar_t* file, const Names& names,
+             const Names& makers) {
+  Rows(heading + L" (" + FileNote(file) + L")", names, makers);
 }
 
 void Show(const Kind& kind) {
@@ -149,6 +161,32 @@ bool Change(const Kind& kind, const std::vector<std::string>& arguments, bool in
   return true;
 }
 
+struct Formats {
+  const wchar_t* title;
+  const wchar_t* installed;  // whose entries follow, if any
+};
+
+const std::map<std::string, Formats> kFormats = {
+    {"IMP", {L"Import formats", L"LISTIMPO.CFG"}},
+    {"EXP", {L"Export formats", L"LISTEXPO.CFG"}},
+    {"LST", {L"List formats", nullptr}},
+    {"CFG", {L"Configuration formats", nullptr}},
+};
+
+void ShowFormats(const std::string& kind, int language) {
+  const Formats& formats = kFormats.at(kind);
+  wchar_t file[32];
+  DameFicheroDeIdioma(L"LSIMPEXP", language, file);
+  std::wstring heading = std::wstring(formats.title) + L" of language " +
+                         std::to_wstring(language) + L" (" + FileNote(file);
+  if (formats.installed != nullptr) heading += L"; then " + FileNote(formats.installed);
+  Names names, texts;
+  DameListasImpExpDeDirActual(language, argument_text(kind).c_str(), names.first, names.last,
+                              texts.first, texts.last);
+  Rows(heading + L")", names, texts);
+  std::fflush(stdout);
+}
+
 }  // namespace
 
 void add_catalog_commands(CLI::App& app) {
@@ -166,13 +204,32 @@ void add_catalog_commands(CLI::App& app) {
       Show(k);
     });
   }
+  static int language = 0;
+  auto* formats = catalog->add_subcommand(
+      "formats", "Show the import, export, list or configuration formats of a language");
+  formats->add_option("KIND", kind, "IMP, EXP, LST or CFG")
+      ->required()
+      ->check(CLI::IsMember(Keys(kFormats)));
+  formats->add_option("--language", language,
+                      "Language number (default: the installation's, else 3)");
+  add_directory_option(*formats, directory);
+  formats->callback([formats] {
+    if (!enter_directory(directory)) throw CLI::RuntimeError(1);
+    int chosen = 3;
+    if (formats->count("--language") > 0) {
+      chosen = language;
+    } else {
+      LeerElIdioma(chosen);
+    }
+    ShowFormats(kind, chosen);
+  });
   for (const bool install : {true, false}) {
     auto* change = catalog->add_subcommand(install ? "install" : "remove",
                                            install ? "Add catalogue entries to the installed ones"
                                                    : "Remove entries from the installed ones");
     change->add_option("KIND", kind, "machines, importers or exporters")
         ->required()
-        ->check(CLI::IsMember(KindNames()));
+        ->check(CLI::IsMember(Keys(kKinds)));
     change->add_option("NAME", names, "Entry names, as the catalogue spells them")->required();
     add_directory_option(*change, directory);
     change->callback([install] {

@@ -15,11 +15,15 @@ void read_catalog_texts(const wchar_t* file, int index, TRegListaNombre*& first,
   for_each_record<kCfgLineChars>(or_empty(file),
                                  [&](wchar_t* line, wchar_t type, int record_index, int& cursor) {
                                    if (type != L'A' || record_index != index) return true;
-                                   // A text of an 80-character line always fits the name.
-                                   TRegListaNombre node{};
-                                   LeerUnTexto(line, cursor, node.name);
-                                   return append(first, last, node) != 0;
+                                   return append_text(line, cursor, first, last);
                                  });
+}
+
+bool append_text(const wchar_t* line, int& cursor, TRegListaNombre*& first,
+                 TRegListaNombre*& last) {
+  TRegListaNombre node{};
+  LeerUnTexto(line, cursor, node.name);
+  return append(first, last, node) != 0;
 }
 
 bool name_listed(const wchar_t* name, const TRegListaNombre* list) {

@@ -33,6 +33,10 @@ inline constexpr int kSecondCode = 3;
 void read_catalog_texts(const wchar_t* file, int index, TRegListaNombre*& first,
                         TRegListaNombre*& last);
 
+// Appends a node with the quoted text at the cursor (a text of an
+// 80-character record line always fits the name); false when out of memory.
+bool append_text(const wchar_t* line, int& cursor, TRegListaNombre*& first, TRegListaNombre*& last);
+
 // Whether a node of the list holds exactly that name.
 bool name_listed(const wchar_t* name, const TRegListaNombre* list);
 

@@ -5,7 +5,8 @@
 //   int answer = 0;
 //   platform::show_message_box(L"count = 3", L"Trace", platform::kMessageBoxOk, answer);
 //
-// Windows shows MessageBoxW. Other systems have no dialogs here yet: the
+// Windows shows MessageBoxW. POSIX shows a GTK message dialog when a display
+// is there and the toolkit's module loads (gtk_module.h); otherwise the
 // caption and the text go to standard error as one "caption: text" line (the
 // text may span several lines), and the box counts as answered with OK.
 #pragma once
