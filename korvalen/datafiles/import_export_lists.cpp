@@ -10,9 +10,8 @@
 #include "korvalen/foundation/file_names.h"
 #include "korvalen/foundation/internal/arguments.h"
 #include "korvalen/foundation/internal/file_exists.h"
-#include "korvalen/foundation/streams.h"
+#include "korvalen/foundation/internal/whole_file.h"
 #include "korvalen/foundation/string_functions.h"
-#include "korvalen/platform/internal/files.h"
 #include "korvalen/settings/language_resources.h"
 
 namespace {
@@ -103,11 +102,10 @@ void MeterLsImpExpNuevo(int language, const wchar_t* kind_text, const wchar_t* n
     }
     // A file that exists but does not open is left alone.
     if (korvalen::detail::file_exists(file.name)) return;
-    FILE* out = fOpen(kWorkFile, L"wt");
-    if (out == nullptr) return;
-    write_line(out);
-    std::fclose(out);
-    korvalen::platform::replace_file(kWorkFile, file.name);
+    korvalen::detail::WorkFile out(kWorkFile);
+    if (out.stream() == nullptr) return;
+    write_line(out.stream());
+    out.Replace(file.name);
   } catch (...) {
   }
 }

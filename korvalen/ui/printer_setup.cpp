@@ -7,6 +7,7 @@
 #include "korvalen/config/config_reader.h"
 #include "korvalen/config/config_writer.h"
 #include "korvalen/foundation/formatted_output.h"
+#include "korvalen/foundation/internal/whole_file.h"
 #include "korvalen/foundation/streams.h"
 #include "korvalen/platform/internal/print_setup.h"
 
@@ -64,17 +65,19 @@ void WriteName(FILE* file, const std::wstring& name) {
 
 void WritePrinterFile(const wchar_t* name, const int (&values)[3],
                       const platform::PrinterChoice& choice) {
-  FILE* file = fOpen(name, L"wb");
-  if (file == nullptr) return;
-  for (const int value : values) fPrintf(file, L"%d\n", value);
-  WriteName(file, choice.driver);
-  WriteName(file, choice.device);
-  WriteName(file, choice.port);
-  fPrintf(file, L"%d\n", static_cast<int>(choice.settings.size()));
-  if (!choice.settings.empty()) {
-    std::fwrite(choice.settings.data(), 1, choice.settings.size(), file);
-  }
-  std::fclose(file);
+  korvalen::detail::write_whole_file(
+      name,
+      [&](FILE* file) {
+        for (const int value : values) fPrintf(file, L"%d\n", value);
+        WriteName(file, choice.driver);
+        WriteName(file, choice.device);
+        WriteName(file, choice.port);
+        fPrintf(file, L"%d\n", static_cast<int>(choice.settings.size()));
+        if (!choice.settings.empty()) {
+          std::fwrite(choice.settings.data(), 1, choice.settings.size(), file);
+        }
+      },
+      platform::WorkContent::kBinary);
 }
 
 }  // namespace
