@@ -11,12 +11,14 @@
 # What the library, the tool and the native tests need.
 KORVALEN_MAIN_PACKAGES=(
   cmake ninja-build g++ binutils pkg-config
-  libgtest-dev googletest libpugixml-dev libcli11-dev
+  libgtest-dev googletest libpugixml-dev libcli11-dev nlohmann-json3-dev
 )
 # Plus the sanitizer and fuzzing compiler, the benchmark library, the Windows
 # cross compilers with their binutils, Wine to run the Windows tests, socat,
 # which gives the serial-link tests under Wine a pseudo-terminal pair, and
-# GTK 3 with a virtual X server for the dialogs' module and its tests.
+# GTK 3 with a virtual X server for the dialogs' module and its tests, and the
+# Debian packaging tools, zip and bash-completion for the packages and their
+# checks.
 KORVALEN_ALL_PACKAGES=(
   "${KORVALEN_MAIN_PACKAGES[@]}"
   clang libclang-rt-14-dev libbenchmark-dev
@@ -24,6 +26,7 @@ KORVALEN_ALL_PACKAGES=(
   g++-mingw-w64-i686 g++-mingw-w64-i686-posix binutils-mingw-w64-i686
   wine wine64 socat
   libgtk-3-dev xvfb xauth
+  debhelper dpkg-dev fakeroot zip unzip bash-completion
 )
 
 korvalen_missing_packages() {
