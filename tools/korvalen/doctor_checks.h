@@ -34,6 +34,10 @@ std::vector<RawLine> file_lines(const std::wstring& name);
 // The 8-bit text of the settings files as the library's readers see it.
 std::wstring wide(const std::string& bytes);
 std::wstring upper(std::wstring text);
+bool ends_with(const std::wstring& text, const std::wstring& tail);
+// A rewrite's work file of the suite's own naming ("AUX...", "....AUX"); the
+// trace file "AUXCHIVA.DAT" shares the prefix and is none. Upper-case name.
+bool is_suite_work_file(const std::wstring& upper_name);
 
 // Record syntax, line limits and ignored records of the settings files.
 void check_settings_files(Findings& found);

@@ -59,6 +59,16 @@ std::wstring upper(std::wstring text) {
   return text;
 }
 
+bool ends_with(const std::wstring& text, const std::wstring& tail) {
+  return text.size() >= tail.size() &&
+         text.compare(text.size() - tail.size(), tail.size(), tail) == 0;
+}
+
+bool is_suite_work_file(const std::wstring& upper_name) {
+  return (upper_name.rfind(L"AUX", 0) == 0 && upper_name != L"AUXCHIVA.DAT") ||
+         ends_with(upper_name, L".AUX");
+}
+
 namespace {
 
 void report(const Findings& found, bool json) {

@@ -14,11 +14,6 @@ namespace {
 constexpr int kParamValueChars = 256;
 constexpr std::size_t kReportNameChars = 8;
 
-bool ends_with(const std::wstring& name, const std::wstring& tail) {
-  return name.size() >= tail.size() &&
-         name.compare(name.size() - tail.size(), tail.size(), tail) == 0;
-}
-
 // The number of an error report or counter name of eight digits, -1 for any
 // other text.
 long report_number(const std::wstring& digits) {
@@ -59,10 +54,7 @@ int param_value_line(const wchar_t* header) {
 void check_work_files(Findings& found) {
   for (const std::wstring& file : installation_files()) {
     const std::wstring name = upper(file);
-    // The trace file shares the work files' prefix.
-    const bool suite_work =
-        (name.rfind(L"AUX", 0) == 0 && name != L"AUXCHIVA.DAT") || ends_with(name, L".AUX");
-    if (suite_work) {
+    if (is_suite_work_file(name)) {
       found.push_back({file, 0, "work-file",
                        L"a rewrite's work file left behind by a program that stopped in the middle",
                        L"check that the file it rewrote is whole, then delete it"});

@@ -21,16 +21,6 @@ constexpr int kPhysicalLine = 1023;
 constexpr int kMakerChars = 80;
 constexpr int kCodeChars = 12;
 
-bool ends_with(const std::wstring& name, const std::wstring& tail) {
-  return name.size() >= tail.size() &&
-         name.compare(name.size() - tail.size(), tail.size(), tail) == 0;
-}
-
-bool is_work_file(const std::wstring& upper_name) {
-  return (upper_name.rfind(L"AUX", 0) == 0 && upper_name != L"AUXCHIVA.DAT") ||
-         ends_with(upper_name, L".AUX") || ends_with(upper_name, L".WORK");
-}
-
 // The settings documents in XML share the ".cfg" ending with the record files.
 bool is_xml(const std::vector<RawLine>& lines) {
   if (lines.empty()) return false;
@@ -41,7 +31,7 @@ bool is_xml(const std::vector<RawLine>& lines) {
 
 // The record line limit of a config-record file, 0 for any other file.
 int record_line_limit(const std::wstring& upper_name) {
-  if (is_work_file(upper_name)) return 0;
+  if (is_suite_work_file(upper_name) || ends_with(upper_name, L".WORK")) return 0;
   for (const wchar_t* long_records : {L"MIRSELID.CFG", L"MIRSELPR.CFG", L"MOSAICOS.CFG"}) {
     if (upper_name == long_records) return kLongRecordLine;
   }
