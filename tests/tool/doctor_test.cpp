@@ -57,6 +57,7 @@ TEST_F(ToolTest, DoctorFindsEachPlantedFault) {
       {kAppend, "ORDENACT.SYS", std::string(41, 'O') + "\r\n", "ORDENACT.SYS", 1, "line-length"},
       {kAppend, "LSIMPEXP.003", "E100 \"Plan\" \"PLN\" ;\r\n", "LSIMPEXP.003", 1, "ignored-record"},
       {kAppend, "LISTPOST.ALL", "A004 \"x\" ;\r\n", "LISTPOST.ALL", 1, "ignored-record"},
+      {kAppend, "CFGSTABS.CFG", "U099 12 ;\r\nT099 9 ;\r\n", "CFGSTABS.CFG", 1, "ignored-record"},
       {kWrite, "param.sys", "[Company]\r\nX\r\n[Language]\r\n7\r\n", "param.sys", 4, "param-sys"},
       {kLibrary, "RSVORTAN.DLL", "RSVORTAN.DLL", "Languages.xml", 4, "language-library"},
       {kLibrary, "SPVORTAN.DLL", "RSVORTAN.DLL", "Languages.xml", 5, "language-library"},

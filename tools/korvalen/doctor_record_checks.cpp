@@ -54,9 +54,20 @@ std::optional<RecordSet> fixed_records(const std::wstring& upper_name) {
   if (upper_name.rfind(L"LSIMPEXP.", 0) == 0)
     return RecordSet{{L'A', {}}, {L'B', {}}, {L'C', {}}, {L'D', {}}};
   if (upper_name == L"PEQUENO.SYS") return RecordSet{{L'A', {0, 1, 2}}};
+  if (upper_name == L"CFGSTABS.CFG") {
+    RecordSet layouts;
+    for (const wchar_t letter : std::wstring(L"TUNXYLQRMABCEFGHIJS")) layouts[letter] = {};
+    return layouts;
+  }
   if (upper_name == L"MIRSELID.CFG") return RecordSet{{L'A', {2, 3}}};
   return std::nullopt;
 }
+
+// In the column layouts each table's second and third records ("U", "N")
+// act only on a column its creating record ("T") made before them.
+constexpr std::pair<wchar_t, wchar_t> kLayoutCreators[] = {
+    {L'U', L'T'}, {L'N', L'T'}, {L'Y', L'X'}, {L'L', L'X'}, {L'R', L'Q'}, {L'M', L'Q'},
+    {L'B', L'A'}, {L'C', L'A'}, {L'F', L'E'}, {L'G', L'E'}, {L'I', L'H'}, {L'J', L'H'}};
 
 std::wstring number(int value) { return std::to_wstring(value); }
 
@@ -146,6 +157,7 @@ void check_record_file(const std::wstring& file, int limit, Findings& found) {
   const auto lines = file_lines(file);
   if (is_xml(lines)) return;
   const auto records = fixed_records(upper(file));
+  std::set<std::pair<wchar_t, int>> created;
   for (const RawLine& line : lines) {
     const SyntaxProblem syntax = record_syntax_problem(line.bytes);
     if (!syntax.problem.empty()) {
@@ -159,6 +171,18 @@ void check_record_file(const std::wstring& file, int limit, Findings& found) {
     check_length(file, line, limit, content(line.bytes), found);
     if (!records) continue;
     const Record r = read_record(line.bytes, limit);
+    created.insert({r.type, r.index});
+    const auto creator = std::find_if(std::begin(kLayoutCreators), std::end(kLayoutCreators),
+                                      [&](const auto& c) { return c.first == r.type; });
+    if (upper(file) == L"CFGSTABS.CFG" && creator != std::end(kLayoutCreators) &&
+        created.count({creator->second, r.index}) == 0) {
+      wchar_t codes[32];
+      sPrintf(codes, L"%c%03d comes before %c%03d", r.type, r.index, creator->second, r.index);
+      found.push_back({file, line.number, "ignored-record",
+                       std::wstring(L"the record is ignored: ") + codes + L", the column it sets",
+                       L"move it after the column's record, or remove it"});
+      continue;
+    }
     const auto letter = records->find(r.type);
     if (letter == records->end() ||
         (!letter->second.empty() && letter->second.count(r.index) == 0)) {
