@@ -30,23 +30,23 @@ std::wstring attribute(const IXMLDOMNodePtr& node, const wchar_t* name) {
   return text;
 }
 
-// The line of the first line holding all the pieces, 0 when none does.
-int line_with(const std::wstring& file, const std::vector<std::string>& pieces) {
+// The number of the first line holding the text, 0 when none does.
+int line_with(const std::wstring& file, const std::string& text) {
   for (const RawLine& line : file_lines(file)) {
-    if (std::all_of(pieces.begin(), pieces.end(), [&](const std::string& piece) {
-          return line.bytes.find(piece) != std::string::npos;
-        }))
-      return line.number;
+    if (line.bytes.find(text) != std::string::npos) return line.number;
   }
   return 0;
 }
 
-// The line after a "param.sys" header: the value the header sets.
+// The line of the value a "param.sys" header sets (the last such header
+// wins), 0 when no header gives one.
 int param_value_line(const wchar_t* header) {
-  for (const RawLine& line : file_lines(L"param.sys")) {
-    if (upper(wide(line.bytes)) == upper(header)) return line.number + 1;
+  const auto lines = file_lines(L"param.sys");
+  int value = 0;
+  for (std::size_t i = 0; i + 1 < lines.size(); ++i) {
+    if (upper(wide(lines[i].bytes)) == upper(header)) value = lines[i + 1].number;
   }
-  return 0;
+  return value;
 }
 
 }  // namespace
@@ -57,12 +57,17 @@ void check_work_files(Findings& found) {
     if (is_suite_work_file(name)) {
       found.push_back({file, 0, "work-file",
                        L"a rewrite's work file left behind by a program that stopped in the middle",
-                       L"check that the file it rewrote is whole, then delete it"});
+                       L"check that the file it rewrote is whole, then delete it while no program "
+                       L"of the suite runs"});
+    } else if (name.rfind(L"CONTERRW.CDR.", 0) == 0 && ends_with(name, L".WORK")) {
+      found.push_back({file, 0, "work-file",
+                       L"an error report its writer never finished: it was killed",
+                       L"delete it while no program of the suite runs"});
     } else if (ends_with(name, L".WORK")) {
       found.push_back({file, 0, "work-file",
                        L"a work file left behind by a writer that was killed; " +
                            file.substr(0, file.size() - 5) + L" was not changed by it",
-                       L"delete it"});
+                       L"delete it while no program of the suite runs"});
     }
   }
 }
@@ -162,7 +167,7 @@ void check_languages(Findings& found) {
     if (library.empty()) continue;
     char id_bytes[32];
     TCharToChar(id_bytes, sizeof id_bytes, id.c_str());
-    const int line = line_with(L"Languages.xml", {"LanID=\"" + std::string(id_bytes) + "\""});
+    const int line = line_with(L"Languages.xml", "LanID=\"" + std::string(id_bytes) + "\"");
     std::wstring problem;
     if (Access(library.c_str(), 0) != 0) {
       if (language != installed || !libraries_installed) continue;
