@@ -18,6 +18,7 @@ int main(int argc, char** argv) {
   korvalen::tool::add_figure_commands(app);
   korvalen::tool::add_columns_commands(app);
   korvalen::tool::add_text_commands(app);
+  korvalen::tool::add_doctor_commands(app);
   CLI11_PARSE(app, argc, argv);
   return 0;
 }
