@@ -9,13 +9,13 @@ set(CPACK_PACKAGE_NAME korvalen)
 set(CPACK_PACKAGE_VERSION ${PROJECT_VERSION})
 set(CPACK_PACKAGE_VENDOR "The korvalen developers")
 set(CPACK_PACKAGE_CONTACT "The korvalen developers <korvalen@localhost>")
-set(CPACK_PACKAGE_DESCRIPTION_SUMMARY "Support library of the sheet-metal CAD/CAM suite")
 set(CPACK_PACKAGE_DIRECTORY ${CMAKE_BINARY_DIR}/packages)
 set(CPACK_COMPONENTS_ALL runtime development tools)
 # The build directory is not the package: no test programs or fixtures.
 set(CPACK_STRIP_FILES ON)
 
 if(WIN32)
+  set(CPACK_PACKAGE_DESCRIPTION_SUMMARY "Support library of the sheet-metal CAD/CAM suite")
   set(CPACK_GENERATOR ZIP)
   set(CPACK_PACKAGE_FILE_NAME korvalen-${PROJECT_VERSION}-win64)
   set(CPACK_ARCHIVE_COMPONENT_INSTALL OFF)
@@ -36,20 +36,18 @@ else()
   set(CPACK_DEBIAN_DEVELOPMENT_PACKAGE_SECTION libdevel)
   set(CPACK_DEBIAN_TOOLS_PACKAGE_NAME korvalen-tools)
   set(CPACK_DEBIAN_TOOLS_PACKAGE_SECTION utils)
-  # The first line of each is the package's summary.
+  # The first line of each is the package's summary (with no project-wide
+  # summary set, CPack takes them whole).
   set(CPACK_DEBIAN_RUNTIME_DESCRIPTION "Support library of the sheet-metal CAD/CAM suite
- The shared library that the suite's programs load, and the module of its
- dialogs for GTK 3 displays.")
+The shared library that the suite's programs load, and the module of its
+dialogs for GTK 3 displays.")
   set(CPACK_DEBIAN_DEVELOPMENT_DESCRIPTION "Support library of the sheet-metal CAD/CAM suite (development files)
- Headers, CMake package and pkg-config file for building against the library.")
+Headers, CMake package and pkg-config file for building against the library.")
   set(CPACK_DEBIAN_TOOLS_DESCRIPTION "Command-line tool for the settings of a sheet-metal CAD/CAM installation
- The korvalen tool, its manual page and its bash completion.")
+The korvalen tool, its manual page and its bash completion.")
 endif()
 
 include(CPack)
-cpack_add_component(runtime DISPLAY_NAME "Library"
-  DESCRIPTION "The shared library that the suite's programs load.")
-cpack_add_component(development DISPLAY_NAME "Development files" DEPENDS runtime
-  DESCRIPTION "Headers, CMake package and pkg-config file for building against the library.")
-cpack_add_component(tools DISPLAY_NAME "Command-line tool" DEPENDS runtime
-  DESCRIPTION "The korvalen tool, its manual page and bash completion.")
+cpack_add_component(runtime DISPLAY_NAME "Library")
+cpack_add_component(development DISPLAY_NAME "Development files" DEPENDS runtime)
+cpack_add_component(tools DISPLAY_NAME "Command-line tool" DEPENDS runtime)
