@@ -1,3 +1,4 @@
+# shellcheck shell=bash
 # Shared by debian.sh and windows_zip.sh: the source tree, the one project
 # version (from the project() line of the top CMakeLists.txt) and fail.
 source_root=$(cd "$(dirname "${BASH_SOURCE[0]}")/../.." && pwd)

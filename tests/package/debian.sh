@@ -63,7 +63,7 @@ case $check in
     listing() { dpkg --root="$root" -L "$1" | while read -r f; do
       [ -d "$root$f" ] && [ ! -L "$root$f" ] || echo "$f"; done | sort; }
     gtk=""
-    if [ -n "$(dpkg-deb -c "$a/libkorvalen1_${version}-1_$arch.deb" | grep korvalen-gtk)" ]; then
+    if dpkg-deb -c "$a/libkorvalen1_${version}-1_$arch.deb" | grep korvalen-gtk >/dev/null; then
       gtk=$(printf '/usr/lib/libkorvalen-gtk.so.1\n/usr/lib/libkorvalen-gtk.so.%s' "$version")
     fi
     same_lines libkorvalen1 "$(printf '/usr/lib/libkorvalen.so.1\n/usr/lib/libkorvalen.so.%s\n%s' \

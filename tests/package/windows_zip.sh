@@ -35,7 +35,7 @@ case $check in
     # and KORVALEN.DLL.
     for f in bin/korvalen.exe bin/KORVALEN.DLL; do
       needed=$(x86_64-w64-mingw32-objdump -p "$b/unzipped/$name/$f" | sed -n 's/.*DLL Name: //p')
-      echo "$f needs: $(echo $needed)"
+      echo "$f needs: $(tr '\n' ' ' <<<"$needed")"
       if grep -iE '^lib|^(msvcp|vcruntime)' <<<"$needed"; then fail "$f needs a runtime DLL"; fi
     done
     ;;
