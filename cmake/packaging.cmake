@@ -11,7 +11,7 @@ set(CPACK_PACKAGE_VENDOR "The korvalen developers")
 set(CPACK_PACKAGE_CONTACT "The korvalen developers <korvalen@localhost>")
 set(CPACK_PACKAGE_DIRECTORY ${CMAKE_BINARY_DIR}/packages)
 set(CPACK_COMPONENTS_ALL runtime development tools)
-# The build directory is not the package: no test programs or fixtures.
+# Shipped without symbol tables, as distributions ship their binaries.
 set(CPACK_STRIP_FILES ON)
 
 if(WIN32)
