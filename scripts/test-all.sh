@@ -13,6 +13,10 @@
 #   win32     i686 cross build of the library, and its export table check
 #   install   cmake --install of the linux build into build/install, then an
 #             outside program built with find_package and one with pkg-config
+#   package   the Debian packages from the linux build, installed into a clean
+#             root and used there (find_package, pkg-config, the tool); the
+#             Windows zip from the windows build, an outside program built
+#             against the unzipped files and the tool, run under Wine
 #   fuzz      clang build of the libFuzzer targets in fuzz/, each run for
 #             FUZZ_SECONDS (default 60) seconds
 # Every ctest test and every other step counts once in the closing line
@@ -25,7 +29,7 @@ BUILD="$ROOT/build"
 LOGS="$BUILD/logs"
 JOBS=2
 FUZZ_SECONDS=${FUZZ_SECONDS:-60}
-ALL_STEPS=(linux sanitize windows win32 install fuzz)
+ALL_STEPS=(linux sanitize windows win32 install package fuzz)
 
 steps=("$@")
 [ ${#steps[@]} -gt 0 ] || steps=("${ALL_STEPS[@]}")
@@ -156,6 +160,35 @@ step_install() {
     cmake --build "$BUILD/linux" -j "$JOBS" --target korvalen &&
     run "install + consumers" "$LOGS/install.log" \
       bash "$ROOT/tests/install/run.sh" "$BUILD/linux" "$BUILD/install" "$BUILD/consumer"
+}
+
+step_package() {
+  local out="$BUILD/packages" check
+  if [ -f "$BUILD/linux/build.ninja" ]; then
+    if run "package deb build" "$LOGS/package-deb-build.log" \
+      bash "$ROOT/tests/package/debian.sh" build "$BUILD/linux" "$out/deb" &&
+      run "package deb install" "$LOGS/package-deb-install.log" \
+        bash "$ROOT/tests/package/debian.sh" install "$out/deb" "$out/root"; then
+      for check in cmake pkgconfig tool; do
+        run "package deb $check" "$LOGS/package-deb-$check.log" \
+          bash "$ROOT/tests/package/debian.sh" "$check" "$out/root" "$out/deb-$check"
+      done
+    fi
+  else
+    fail "package deb" "needs the linux step's build"
+  fi
+  if [ -f "$BUILD/windows/build.ninja" ]; then
+    if run "package zip build" "$LOGS/package-zip-build.log" \
+      bash "$ROOT/tests/package/windows_zip.sh" build "$BUILD/windows" "$out/zip" &&
+      run "package wine start" "$LOGS/package-wine.log" wine_ready; then
+      for check in consumer tool; do
+        run "package zip $check" "$LOGS/package-zip-$check.log" \
+          bash "$ROOT/tests/package/windows_zip.sh" "$check" "$out/zip" "$out/zip-$check"
+      done
+    fi
+  else
+    fail "package zip" "needs the windows step's build"
+  fi
 }
 
 step_fuzz() {

@@ -2,10 +2,12 @@
 #include <CLI/CLI.hpp>
 
 #include "commands.h"
+#include "version.h"
 
 int main(int argc, char** argv) {
   CLI::App app{"korvalen: settings, state and diagnostics of a sheet-metal CAD/CAM installation"};
   app.require_subcommand(1);
+  app.set_version_flag("--version", "korvalen " KORVALEN_TOOL_VERSION);
   korvalen::tool::add_cfg_commands(app);
   korvalen::tool::add_state_commands(app);
   korvalen::tool::add_params_commands(app);
