@@ -8,6 +8,7 @@
 #include <string>
 
 #include "korvalen/korvalen.h"
+#include "process_support.h"
 #include "tool_runner.h"
 
 namespace {
@@ -59,6 +60,9 @@ TEST_F(ToolTest, ExitStatusAndOneLineErrors) {
 }
 
 TEST_F(ToolTest, EveryReadingCommandGivesOneJsonDocument) {
+  fs::copy_file(
+      fs::path(korvalen::testing::ProgramDirectory()) / "fixtures" / "64" / "UKVORTAN.DLL",
+      "installation/UKVORTAN.DLL");
   fs::current_path("installation");
   GeneraError(12, L"a", L"b", L"c", L"d", L"e", L"f", L"g", 1, 2, 3);
   fs::current_path("..");
@@ -77,6 +81,7 @@ TEST_F(ToolTest, EveryReadingCommandGivesOneJsonDocument) {
       {"params -C installation --json", "/pequeno_sys/box_file_a001", "CAJPEQU.CAJ"},
       {"settings -C installation --json", "/ivortan_cfg/found", true},
       {"lang list -C installation --json", "/languages/1/language", 3},
+      {"lang strings -C installation UKVORTAN.DLL 13270 --json", "/strings/0/text", "Cutting"},
       {"catalog exporters -C installation --json",
        "/installed/entries/1",
        {{"name", "ERP-CSV"}, {"maker", "Jalon Sistemas"}}},
