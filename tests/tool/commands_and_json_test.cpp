@@ -137,6 +137,11 @@ TEST_F(ToolTest, CfgSetChangesOneFieldAndNoOtherByte) {
   }
   EXPECT_EQ(RunTool("cfg get -C installation T.CFG A003 1"),
             std::make_pair(0, std::string("12\n")));
+  // The sample's own file, whose first records have no terminator to give room.
+  std::string sample = ReadBytes("installation/CFGSMACH.CFG");
+  EXPECT_EQ(RunTool("cfg set -C installation CFGSMACH.CFG A002 1 20480").first, 0);
+  EXPECT_EQ(ReadBytes("installation/CFGSMACH.CFG"),
+            sample.replace(sample.find("A002 1024\r"), 10, "A002 20480\r"));
 }
 
 TEST_F(ToolTest, ErrorsListShowAndClear) {
