@@ -100,8 +100,11 @@ void add_errors_commands(CLI::App& app) {
   for (CLI::App* sub : {list, show, clear}) {
     // -C and --json may also come after the subcommand.
     sub->fallthrough();
+    sub->footer("Takes -C DIR (and --json, but for clear) as korvalen errors does.");
   }
-  show->footer("--json: number, file_name, code, text1 to text7, number1 to number3");
+  show->footer(
+      "Takes -C DIR and --json as korvalen errors does; --json: number, file_name, code, text1 to "
+      "text7, number1 to number3");
   errors->callback([show, clear] {
     enter_directory(directory);
     if (json && !clear->parsed()) open_document();

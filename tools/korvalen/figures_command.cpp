@@ -90,6 +90,8 @@ void add_figure_commands(CLI::App& app) {
   // -C may also come after add or remove.
   add->fallthrough();
   remove->fallthrough();
+  add->footer("Takes -C DIR as korvalen favorites does.");
+  remove->footer("Takes -C DIR as korvalen favorites does.");
   favorites->callback([add, remove] {
     if (!enter_directory(directory)) throw CLI::RuntimeError(1);
     const std::wstring figure = L"figure " + std::to_wstring(number);
