@@ -27,6 +27,7 @@ void Field(const wchar_t* label, const std::wstring& value) { print_field(label,
 void ShowActiveOrder() {
   if (!installation_has(L"ORDENACT.SYS")) {
     Field(L"Active work order", L"(none: no ORDENACT.SYS)");
+    section()["active_work_order"] = nullptr;
     return;
   }
   wchar_t name[kNameChars + 1];
@@ -41,6 +42,7 @@ void ShowDatabase() {
   DameNombreDeDirBDActiva(dir);
   Field(L"Active database directory",
         installation_has(L"DIRBDACT.SYS") ? OrNone(dir) : std::wstring(L"(none: no DIRBDACT.SYS)"));
+  if (!installation_has(L"DIRBDACT.SYS")) section()["active_database_directory"] = nullptr;
 }
 
 void ShowPartList() {
@@ -59,6 +61,7 @@ void ShowLastOrders() {
   // The reader would create the file when it is missing.
   if (!installation_has(L"LISTOFS.SYS")) {
     Field(L"Last work orders", L"(none: no LISTOFS.SYS)");
+    section()["last_work_orders"] = Json::array();
     return;
   }
   TRegListaNombre* first = nullptr;
@@ -83,6 +86,8 @@ void ShowSheetQueue() {
   FILE* f = installation_has(L"CHGCHAPA.SYS") ? fOpen(L"CHGCHAPA.SYS", L"rt") : nullptr;
   if (f == nullptr) {
     Field(L"Sheets to redo", L"(none: no CHGCHAPA.SYS)");
+    section()["sheets_to_redo"] = Json::array();
+    section()["empty_pairs"] = 0;
   } else {
     std::vector<std::wstring> pairs;
     Json json_pairs = Json::array();
@@ -136,7 +141,8 @@ void add_state_commands(CLI::App& app) {
   static bool json = false;
   add_directory_option(*state, directory);
   add_json_flag(*state, json,
-                "active_work_order, quote, active_database_directory, part_list_without_order, "
+                "active_work_order (null without ORDENACT.SYS), quote, active_database_directory, "
+                "part_list_without_order, "
                 "parts_changed (true/false), last_work_orders [{place, name}], sheets_to_redo "
                 "[{key, sheet}], empty_pairs, sheet_queue_rewrite_pending");
   state->callback([] {
