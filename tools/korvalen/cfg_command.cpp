@@ -37,12 +37,6 @@ FILE* OpenSettings(const std::wstring& name) {
   return f;
 }
 
-std::wstring Code(wchar_t type, int index) {
-  wchar_t code[16];
-  sPrintf(code, L"%c%03d", type, index);
-  return code;
-}
-
 Json FieldList(const Fields& fields) {
   Json list = Json::array();
   for (const RecordField& f : fields) list.push_back(utf8(shown(f)));
@@ -66,13 +60,14 @@ void Dump(const Options& o) {
         }
         const Fields fields = record_fields(line, cursor);
         wchar_t head[32];
-        sPrintf(head, L"%4d  %s", number, Code(type, index).c_str());
+        sPrintf(head, L"%4d  %s", number, record_code(type, index).c_str());
         std::wstring text = head;
         for (const RecordField& field : fields) text += L"  " + shown(field);
         print(text + L"\n");
         if (json_wanted()) {
-          section()["records"].push_back(
-              {{"line", number}, {"code", utf8(Code(type, index))}, {"fields", FieldList(fields)}});
+          section()["records"].push_back({{"line", number},
+                                          {"code", utf8(record_code(type, index))},
+                                          {"fields", FieldList(fields)}});
         }
         ++records;
       });
@@ -93,15 +88,13 @@ void Get(const Options& o, bool field_given) {
   Fields fields;
   int found_at = 0;
   for_each_settings_line(f, [&](int number, const wchar_t* line, wchar_t t, int i, int cursor) {
-    if (found || std::towupper(static_cast<wint_t>(t)) != static_cast<wint_t>(type) || i != index ||
-        line[std::wcsspn(line, L" ")] == 0)
-      return;
+    if (found || !is_record(line, t, i, type, index)) return;
     fields = record_fields(line, cursor);
     found = true;
     found_at = number;
   });
   std::fclose(f);
-  const std::wstring code = Code(type, index);
+  const std::wstring code = record_code(type, index);
   if (!found) fail(name, L"no record " + code);
   if (field_given && (o.field < 1 || o.field > static_cast<int>(fields.size()))) {
     fail(name, L"record " + code + L" has no field " + std::to_wstring(o.field) + L" (it has " +

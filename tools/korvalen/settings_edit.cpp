@@ -95,12 +95,6 @@ std::wstring EditedRecord(const std::wstring& file, const wchar_t* line, const F
   return edited + rest;
 }
 
-std::wstring Code(wchar_t type, int index) {
-  wchar_t code[16];
-  sPrintf(code, L"%c%03d", type, index);
-  return code;
-}
-
 // The work file beside the file: its name with the extension ".AUX".
 std::wstring WorkName(const std::wstring& file) {
   const std::size_t dot = file.find_last_of(L'.');
@@ -118,7 +112,7 @@ void set_record_field(const std::wstring& file, wchar_t type, int index, int fie
   errno = 0;
   FILE* in = fOpen(file.c_str(), L"rt");
   if (in == nullptr) fail_errno(file);
-  const std::wstring code = Code(type, index);
+  const std::wstring code = record_code(type, index);
   const std::wstring work = WorkName(file);
   if (Access(work.c_str(), 0) == 0) {
     std::fclose(in);
@@ -131,10 +125,7 @@ void set_record_field(const std::wstring& file, wchar_t type, int index, int fie
   for_each_settings_line(in, [&](int number, const wchar_t* line, wchar_t t, int i, int cursor) {
     lines.emplace_back(line);
     if (lines.back().size() >= static_cast<std::size_t>(kRecordChars)) too_long = number;
-    // A line of blanks only reads as a record too, with no head.
-    if (found || std::towupper(static_cast<wint_t>(t)) != static_cast<wint_t>(type) || i != index ||
-        line[std::wcsspn(line, L" ")] == 0)
-      return;
+    if (found || !is_record(line, t, i, type, index)) return;
     found = true;
     const Fields fields = record_fields(line, cursor);
     if (field < 1 || field > static_cast<int>(fields.size())) {

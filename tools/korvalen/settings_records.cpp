@@ -1,5 +1,6 @@
 #include "settings_records.h"
 
+#include <cwchar>
 #include <cwctype>
 
 #include "korvalen/korvalen.h"
@@ -37,6 +38,17 @@ bool parse_record_code(const std::string& code, wchar_t& type, int& index) {
   }
   type = static_cast<wchar_t>(std::towupper(static_cast<wint_t>(code[0])));
   return true;
+}
+
+std::wstring record_code(wchar_t type, int index) {
+  wchar_t code[16];
+  sPrintf(code, L"%c%03d", type, index);
+  return code;
+}
+
+bool is_record(const wchar_t* line, wchar_t t, int i, wchar_t type, int index) {
+  return std::towupper(static_cast<wint_t>(t)) == static_cast<wint_t>(type) && i == index &&
+         line[std::wcsspn(line, L" ")] != 0;
 }
 
 }  // namespace korvalen::tool

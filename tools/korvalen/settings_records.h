@@ -31,6 +31,11 @@ std::wstring shown(const RecordField& field);
 // A record code "A001": the type letter and the index; false when the text
 // is none.
 bool parse_record_code(const std::string& code, wchar_t& type, int& index);
+// "A001" from the type letter and the index.
+std::wstring record_code(wchar_t type, int index);
+// Whether the line, read as the record (t, i), is record (type, index): a
+// line of blanks only reads as a record too, with no head.
+bool is_record(const wchar_t* line, wchar_t t, int i, wchar_t type, int index);
 
 // Every line of an open settings file with its number (from 1), as the
 // reader gives it: visit(number, line, type, index, cursor); type ' ' for an
