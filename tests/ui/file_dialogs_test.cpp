@@ -5,11 +5,8 @@
 // restored.
 #include <gtest/gtest.h>
 
-#include <atomic>
-#include <chrono>
 #include <filesystem>
 #include <string>
-#include <thread>
 
 #include "korvalen/korvalen.h"
 #include "korvalen/platform/internal/file_picker.h"
@@ -18,7 +15,7 @@
 #include "temp_dir_test.h"
 
 #if defined(_WIN32)
-#include <windows.h>
+#include "dialog_stand_in.h"
 #endif
 
 namespace {
@@ -117,40 +114,7 @@ TEST_F(Dialogs, PickersWithoutADisplayAnswerCancelled) {
 #endif
 
 #if defined(_WIN32)
-// A user stand-in: once the system's dialog shows, types the name (into the
-// file name field) when one is given and presses the button.
-class AnswerNextDialog {
- public:
-  AnswerNextDialog(int button, const wchar_t* name)
-      : thread_([this, button, name] {
-          for (int i = 0; i < 500 && !answered_; ++i) {
-            std::this_thread::sleep_for(std::chrono::milliseconds(20));
-            HWND dialog = FindWindowW(L"#32770", nullptr);
-            DWORD process = 0;
-            if (dialog == nullptr || GetWindowThreadProcessId(dialog, &process) == 0 ||
-                process != GetCurrentProcessId()) {
-              continue;
-            }
-            if (name != nullptr && !SetDlgItemTextW(dialog, 1148, name)) {
-              SetDlgItemTextW(dialog, 1152, name);
-            }
-            PostMessageW(dialog, WM_COMMAND, button, 0);
-            answered_ = true;
-          }
-        }) {}
-  ~AnswerNextDialog() { Wait(); }
-  bool answered() {
-    Wait();
-    return answered_;
-  }
-
- private:
-  void Wait() {
-    if (thread_.joinable()) thread_.join();
-  }
-  std::atomic<bool> answered_{false};
-  std::thread thread_;  // after the flag it sets
-};
+using korvalen::testing::AnswerNextDialog;
 
 TEST_F(Dialogs, SystemPickersRestoreTheDirectory) {
   fs::create_directory("parts");
@@ -175,6 +139,17 @@ TEST_F(Dialogs, SystemPickersRestoreTheDirectory) {
   AnswerNextDialog browse(IDCANCEL, nullptr);
   EXPECT_EQ(SeleccionarUnDirectorio(L"Parts", folder), 0);
   EXPECT_TRUE(browse.answered());
+}
+
+// Help goes through the system's help control, loaded on the first call.
+// With no such help file it opens no window, nor does the context call's
+// second try (0x20000). Opening a window needs a compiled help file, which no
+// tool here makes.
+TEST_F(Dialogs, HelpGoesThroughTheSystemsHelpControl) {
+  EXPECT_EQ(GetModuleHandleW(L"hhctrl.ocx"), nullptr);
+  EXPECT_EQ(LanzarAyuda(7, 1, L"missing.chm"), nullptr);
+  EXPECT_NE(GetModuleHandleW(L"hhctrl.ocx"), nullptr);
+  EXPECT_EQ(LanzarAyuda(0, 11, L"missing.chm"), nullptr);
 }
 #endif
 

@@ -9,6 +9,9 @@
 
 #include "korvalen/korvalen.h"
 #include "process_support.h"
+#if defined(_WIN32)
+#include "dialog_stand_in.h"
+#endif
 #include "temp_dir_test.h"
 
 namespace {
@@ -68,7 +71,31 @@ TEST_F(PrinterFile, ReadFieldByField) {
   EXPECT_STREQ(driver, L"kept");
 }
 
-#if !defined(_WIN32)
+#if defined(_WIN32)
+// The system's print setup, cancelled by a user stand-in: the file is written
+// again from what was read, whether the file named a printer (the dialog
+// preset with its names and settings) or none (the dialog of the default).
+TEST_F(PrinterFile, CancelledSystemSetupRewritesWhatWasRead) {
+  // A whole DEVMODEW: its size at 68, no driver bytes after it.
+  std::string devmode(220, '\0');
+  devmode[0] = 'P';
+  devmode[68] = static_cast<char>(220);
+  const std::string named = "3\n-1\n12\n\"winspool\"\n\"Plotter A0\"\n\"LPT1:\"\n";
+  const std::string cases[] = {
+      named + "0\n",
+      named + "220\n" + devmode,
+      "1\n2\n3\n\"\"\n\"\"\n\"\"\n0\n",
+  };
+  for (const auto& file : cases) {
+    WriteBytes("LISTADO.IMP", file);
+    korvalen::testing::AnswerNextDialog cancel(IDCANCEL, nullptr);
+    C_MiImpresora printer;
+    printer.ConfigurarImpresora(0, L"LISTADO.IMP");
+    EXPECT_TRUE(cancel.answered());
+    EXPECT_EQ(ReadBytes("LISTADO.IMP"), file);
+  }
+}
+#else
 // Without a display the dialog counts as cancelled: the file is written
 // again from what was read.
 TEST_F(PrinterFile, CancelledSetupRewritesWhatWasRead) {

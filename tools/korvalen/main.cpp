@@ -22,6 +22,7 @@ int main(int argc, char** argv) {
   korvalen::tool::add_columns_commands(app);
   korvalen::tool::add_text_commands(app);
   korvalen::tool::add_errors_commands(app);
+  korvalen::tool::add_doctor_commands(app);
   // One line per failure; 0 done (and --help), 1 the work failed, 2 the
   // command line was wrong.
   app.failure_message([](const CLI::App*, const CLI::Error& e) {
