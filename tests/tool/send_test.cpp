@@ -102,7 +102,7 @@ TEST_F(ToolSend, PortThatCannotOpenIsOneLineAndExitOne) {
   korvalen::testing::SetEnvironment("KORVALEN_COM3", "/nonexistent/tty");
   const auto result = RunTool("send --port 3 PROG.CNC");
   EXPECT_EQ(result.first, 1);
-  EXPECT_EQ(result.second.rfind("korvalen: cannot open port COM3", 0), 0u) << result.second;
+  EXPECT_EQ(result.second.rfind("korvalen: COM3: cannot open the port", 0), 0u) << result.second;
   EXPECT_EQ(result.second.find('\n'), result.second.size() - 1);
   EXPECT_EQ(RunTool("send --port 3 MISSING.CNC").first, 1);
   EXPECT_EQ(RunTool("translate TRAD.CFG MISSING.CNC OUT.CNC").first, 1);

@@ -22,7 +22,12 @@ fs::path ToolPath() {
 std::pair<int, std::string> RunTool(const std::string& arguments) {
   const int status =
       std::system(("'" + ToolPath().string() + "' " + arguments + " > out.txt 2>&1").c_str());
+  // POSIX gives the wait status; the exit status is what callers compare.
+#ifdef WEXITSTATUS
+  return {WIFEXITED(status) ? WEXITSTATUS(status) : -1, ReadBytes("out.txt")};
+#else
   return {status, ReadBytes("out.txt")};
+#endif
 }
 
 std::map<std::string, std::string> Snapshot(const fs::path& dir) {

@@ -16,7 +16,8 @@
 
 namespace korvalen::testing {
 
-// The tool's exit status (0 on success) and everything it printed.
+// The tool's exit status (0 done, 1 failed, 2 wrong command line) and
+// everything it printed.
 std::pair<int, std::string> RunTool(const std::string& arguments);
 
 // Every entry of a directory tree with its bytes ("(directory)" for folders).

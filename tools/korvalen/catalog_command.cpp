@@ -14,6 +14,8 @@
 
 #include "command_line.h"
 #include "commands.h"
+#include "failure.h"
+#include "json_output.h"
 #include "korvalen/korvalen.h"
 #include "text_output.h"
 #include "working_directory.h"
@@ -92,12 +94,17 @@ bool Contains(const std::vector<std::wstring>& names, const std::wstring& name) 
 }
 
 // The heading with the count, then each name beside the node of the second
-// list at its place.
-void Rows(const std::wstring& heading, const Names& names, const Names& second) {
+// list at its place; in a JSON document, section()[key] holds them as
+// {name, second_key}.
+void Rows(const std::wstring& heading, const Names& names, const Names& second, const char* key,
+          const char* second_key) {
   const std::vector<std::wstring> n = names.list();
   const std::vector<std::wstring> m = second.list();
   print(heading + L": " + std::to_wstring(n.size()) + L"\n");
+  section()[key] = Json::array();
   for (std::size_t i = 0; i < n.size(); ++i) {
+    section()[key].push_back(
+        {{"name", utf8(n[i])}, {second_key, i < m.size() ? utf8(m[i]) : std::string()}});
     std::wstring row = L"  " + n[i];
     if (row.size() < 24) row.append(24 - row.size(), L' ');
     print(row + L" " + (i < m.size() ? m[i] : std::wstring()) + L"\n");
@@ -108,9 +115,12 @@ std::wstring FileNote(const wchar_t* file) {
   return installation_has(file) ? file : std::wstring(file) + L", no such file";
 }
 
-void Section(const std::wstring& heading, const wchar_t* file, const Names& names,
-             const Names& makers) {
-  Rows(heading + L" (" + FileNote(file) + L")", names, makers);
+void Section(const std::string& key, const std::wstring& heading, const wchar_t* file,
+             const Names& names, const Names& makers) {
+  open_section(key);
+  section()["file"] = utf8(file);
+  section()["found"] = installation_has(file);
+  Rows(heading + L" (" + FileNote(file) + L")", names, makers, "entries", "maker");
 }
 
 void Show(const Kind& kind) {
@@ -118,28 +128,27 @@ void Show(const Kind& kind) {
   kind.lists(available.first, available.last, installed.first, installed.last,
              available_makers.first, available_makers.last, installed_makers.first,
              installed_makers.last);
-  Section(std::wstring(kind.title) + L" installed", kind.installed, installed, installed_makers);
-  Section(std::wstring(kind.title) + L" available", kind.catalog, available, available_makers);
+  Section("installed", std::wstring(kind.title) + L" installed", kind.installed, installed,
+          installed_makers);
+  Section("available", std::wstring(kind.title) + L" available", kind.catalog, available,
+          available_makers);
   std::fflush(stdout);
 }
 
-// Installs (or removes) the names; false, with nothing written, when the
-// catalogue lacks one of them.
-bool Change(const Kind& kind, const std::vector<std::string>& arguments, bool install) {
+// Installs (or removes) the names; fails the command, with nothing written,
+// when the catalogue lacks one of them.
+void Change(const Kind& kind, const std::vector<std::string>& arguments, bool install) {
   const std::vector<std::wstring> catalog = EntryNames(kind.catalog);
   std::vector<std::wstring> names;
   bool known = true;
   for (const std::string& argument : arguments) {
     names.push_back(argument_text(argument));
     if (!Contains(catalog, names.back())) {
-      print_error(std::wstring(kind.catalog) + L" has no entry \"" + names.back() + L"\"");
+      print_error(std::wstring(kind.catalog) + L": no entry \"" + names.back() + L"\"");
       known = false;
     }
   }
-  if (!known) {
-    print_error(std::wstring(kind.installed) + L" left as it is");
-    return false;
-  }
+  if (!known) fail(kind.installed, L"left as it is");
   const std::vector<std::wstring> installed = EntryNames(kind.installed);
   Names chosen;
   for (const std::wstring& name : installed) {
@@ -158,7 +167,6 @@ bool Change(const Kind& kind, const std::vector<std::string>& arguments, bool in
   }
   kind.install(chosen.first);
   std::fflush(stdout);
-  return true;
 }
 
 struct Formats {
@@ -183,7 +191,10 @@ void ShowFormats(const std::string& kind, int language) {
   Names names, texts;
   DameListasImpExpDeDirActual(language, argument_text(kind).c_str(), names.first, names.last,
                               texts.first, texts.last);
-  Rows(heading + L")", names, texts);
+  section()["language"] = language;
+  section()["file"] = utf8(file);
+  section()["found"] = installation_has(file);
+  Rows(heading + L")", names, texts, "formats", "text");
   std::fflush(stdout);
 }
 
@@ -196,12 +207,17 @@ void add_catalog_commands(CLI::App& app) {
   static std::string directory;
   static std::string kind;
   static std::vector<std::string> names;
+  static bool json = false;
   for (const auto& [name, k] : kKinds) {
     auto* show = catalog->add_subcommand(name, "Show the installed and the available " + name);
     add_directory_option(*show, directory);
+    add_json_flag(*show, json,
+                  "installed and available, each {file, found, entries [{name, maker}]}");
     show->callback([&k = k] {
-      if (!enter_directory(directory)) throw CLI::RuntimeError(1);
+      enter_directory(directory);
+      if (json) open_document();
       Show(k);
+      close_document();
     });
   }
   static int language = 0;
@@ -213,8 +229,10 @@ void add_catalog_commands(CLI::App& app) {
   formats->add_option("--language", language,
                       "Language number (default: the installation's, else 3)");
   add_directory_option(*formats, directory);
+  add_json_flag(*formats, json, "language, file, found, formats [{name, text}]");
   formats->callback([formats] {
-    if (!enter_directory(directory)) throw CLI::RuntimeError(1);
+    enter_directory(directory);
+    if (json) open_document();
     int chosen = 3;
     if (formats->count("--language") > 0) {
       chosen = language;
@@ -222,6 +240,7 @@ void add_catalog_commands(CLI::App& app) {
       LeerElIdioma(chosen);
     }
     ShowFormats(kind, chosen);
+    close_document();
   });
   for (const bool install : {true, false}) {
     auto* change = catalog->add_subcommand(install ? "install" : "remove",
@@ -233,8 +252,8 @@ void add_catalog_commands(CLI::App& app) {
     change->add_option("NAME", names, "Entry names, as the catalogue spells them")->required();
     add_directory_option(*change, directory);
     change->callback([install] {
-      if (!enter_directory(directory)) throw CLI::RuntimeError(1);
-      if (!Change(kKinds.at(kind), names, install)) throw CLI::RuntimeError(1);
+      enter_directory(directory);
+      Change(kKinds.at(kind), names, install);
     });
   }
 }

@@ -9,6 +9,7 @@
 #include <vector>
 
 #include "commands.h"
+#include "json_output.h"
 #include "korvalen/korvalen.h"
 #include "text_output.h"
 #include "working_directory.h"
@@ -66,10 +67,19 @@ void Show(const std::string& table) {
   print(heading + L", " + std::wstring(table.begin(), table.end()) + L" table: " +
         std::to_wstring(columns.size()) + L" columns\n");
   if (!columns.empty()) print(L"  position  kind  width  unit  heading\n");
+  section()["file"] = "CFGSTABS.CFG";
+  section()["found"] = installation_has(L"CFGSTABS.CFG");
+  section()["table"] = table;
+  section()["columns"] = Json::array();
   for (const TRegTWin* c : columns) {
     wchar_t line[kColumnTitleChars + 64];
     sPrintf(line, L"  %8d  %4d  %5d  %4d  %s\n", c->position, c->kind, c->width, c->unit_magnitude,
             c->title);
+    section()["columns"].push_back({{"position", c->position},
+                                    {"kind", c->kind},
+                                    {"width", c->width},
+                                    {"unit", c->unit_magnitude},
+                                    {"heading", utf8(c->title)}});
     std::wstring text = line;
     // An empty heading leaves blanks at the end of the line.
     while (text.size() > 1 && text[text.size() - 2] == L' ') text.erase(text.size() - 2, 1);
@@ -86,14 +96,20 @@ void add_columns_commands(CLI::App& app) {
       app.add_subcommand("columns", "Show how a table of the suite lays out its columns");
   static std::string table;
   static std::string directory;
+  static bool json = false;
+  add_json_flag(*columns, json,
+                "file, found, table, columns [{position, kind, width, unit, heading}] in position "
+                "order");
   columns
       ->add_option("TABLE", table, "parts, figures, sheets, lists, parts-window or sheets-window")
       ->required()
       ->check(CLI::IsMember(TableNames()));
   add_directory_option(*columns, directory);
   columns->callback([] {
-    if (!enter_directory(directory)) throw CLI::RuntimeError(1);
+    enter_directory(directory);
+    if (json) open_document();
     Show(table);
+    close_document();
   });
 }
 

@@ -18,6 +18,7 @@ void add_catalog_commands(CLI::App& app);
 void add_figure_commands(CLI::App& app);
 void add_columns_commands(CLI::App& app);
 void add_text_commands(CLI::App& app);
+void add_errors_commands(CLI::App& app);
 void add_doctor_commands(CLI::App& app);
 
 }  // namespace korvalen::tool

@@ -11,8 +11,10 @@
 #include <nlohmann/json.hpp>
 #include <string>
 
+#include "command_line.h"
 #include "commands.h"
 #include "doctor_checks.h"
+#include "failure.h"
 #include "korvalen/korvalen.h"
 #include "korvalen/platform/internal/utf8.h"
 #include "text_output.h"
@@ -106,9 +108,8 @@ void add_doctor_commands(CLI::App& app) {
   doctor->allow_extras();
   doctor->callback([doctor] {
     if (!doctor->remaining().empty()) {
-      std::fprintf(stderr, "korvalen: doctor: unexpected argument %s\n",
-                   doctor->remaining().front().c_str());
-      throw CLI::RuntimeError(2);
+      fail(L"doctor", L"unexpected argument " + argument_text(doctor->remaining().front()),
+           kBadCommandLine);
     }
     if (!enter_directory(directory)) throw CLI::RuntimeError(2);
     Findings found;

@@ -7,6 +7,8 @@
 
 #include "command_line.h"
 #include "commands.h"
+#include "failure.h"
+#include "json_output.h"
 #include "korvalen/korvalen.h"
 #include "text_output.h"
 #include "working_directory.h"
@@ -30,7 +32,10 @@ void ShowGroup(int group, const std::wstring& heading) {
   int count = 0;
   for (const TRegFig* f = head; f != nullptr; f = f->next) ++count;
   print(heading + L": " + std::to_wstring(count) + L"\n");
+  section()["group"] = group;
+  section()["figures"] = Json::array();
   for (const TRegFig* f = head; f != nullptr; f = f->next) {
+    section()["figures"].push_back({{"number", f->number}, {"name", utf8(f->name)}});
     wchar_t line[kFigureNameChars + 32];
     sPrintf(line, L"  %5d  %s\n", f->number, f->name);
     print(line);
@@ -50,25 +55,30 @@ std::wstring GroupHeading(int group) {
 
 void add_figure_commands(CLI::App& app) {
   static std::string directory;
+  static bool json = false;
+  const std::string keys = "group, figures [{number, name}]";
   auto* figures = app.add_subcommand("figures", "Show the duct figures of a group");
+  add_json_flag(*figures, json, keys);
   static int group = 0;
   figures->add_option("GROUP", group, "0 to 20 (LISTDUCT.CFG), 100 to 120 (DUCTUSER.CFG)")
       ->required();
   add_directory_option(*figures, directory);
   figures->callback([] {
     if (!HasLetter(group)) {
-      print_error(L"group " + std::to_wstring(group) +
-                  L" has no letter: groups are 0 to 20 and 100 to 120");
-      throw CLI::RuntimeError(1);
+      fail(L"group " + std::to_wstring(group), L"has no letter: groups are 0 to 20 and 100 to 120",
+           kBadCommandLine);
     }
-    if (!enter_directory(directory)) throw CLI::RuntimeError(1);
+    enter_directory(directory);
+    if (json) open_document();
     ShowGroup(group, GroupHeading(group));
+    close_document();
   });
 
   auto* favorites =
       app.add_subcommand("favorites", "Show, add or remove the favourite duct figures");
   favorites->require_subcommand(0, 1);
   add_directory_option(*favorites, directory);
+  add_json_flag(*favorites, json, "(the listing) " + keys);
   static int number = 0;
   static std::string name;
   auto* add = favorites->add_subcommand("add", "Add figure N as a favourite");
@@ -80,6 +90,8 @@ void add_figure_commands(CLI::App& app) {
   // -C may also come after add or remove.
   add->fallthrough();
   remove->fallthrough();
+  add->footer("Takes -C DIR as korvalen favorites does.");
+  remove->footer("Takes -C DIR as korvalen favorites does.");
   favorites->callback([add, remove] {
     if (!enter_directory(directory)) throw CLI::RuntimeError(1);
     const std::wstring figure = L"figure " + std::to_wstring(number);
@@ -91,7 +103,9 @@ void add_figure_commands(CLI::App& app) {
       if (favorite) RemoveFavorite(number, L"");
       print((favorite ? L"removed: " : L"not a favourite: ") + figure + L"\n");
     } else {
+      if (json) open_document();
       ShowGroup(kFavorites, L"Favourites (O records of LISTDUCT.CFG)");
+      close_document();
     }
     std::fflush(stdout);
   });

@@ -11,6 +11,8 @@
 
 #include "command_line.h"
 #include "commands.h"
+#include "failure.h"
+#include "json_output.h"
 #include "korvalen/korvalen.h"
 #include "text_output.h"
 #include "working_directory.h"
@@ -47,6 +49,7 @@ void ListLanguages() {
     }
   }
   print(L"Language  Library        State               Character set\n");
+  section()["languages"] = Json::array();
   for (const int language : languages) {
     wchar_t library[kLibraryChars];
     DameDllDeIdioma(language, library);
@@ -62,6 +65,10 @@ void ListLanguages() {
     sPrintf(line, L"%-9d %-14s %-19s %d\n", language, library, state.c_str(),
             DameCharSetDeIdioma(language));
     print(line);
+    section()["languages"].push_back({{"language", language},
+                                      {"library", utf8(library)},
+                                      {"state", utf8(state)},
+                                      {"character_set", DameCharSetDeIdioma(language)}});
   }
 }
 
@@ -110,6 +117,7 @@ bool ShowString(unsigned id) {
   wchar_t head[16];
   sPrintf(head, L"%5u  ", id);
   print(head + std::wstring(text) + L"\n");
+  section()["strings"].push_back({{"id", id}, {"text", utf8(text)}});
   return true;
 }
 
@@ -121,10 +129,14 @@ void add_lang_commands(CLI::App& app) {
 
   auto* list = lang->add_subcommand("list", "Languages, their libraries and character sets");
   static std::string directory;
+  static bool json = false;
   add_directory_option(*list, directory);
+  add_json_flag(*list, json, "languages [{language, library, state, character_set}]");
   list->callback([] {
-    if (!enter_directory(directory)) throw CLI::RuntimeError(1);
+    enter_directory(directory);
+    if (json) open_document();
     ListLanguages();
+    close_document();
     std::fflush(stdout);
   });
 
@@ -133,16 +145,18 @@ void add_lang_commands(CLI::App& app) {
   static std::vector<unsigned> ids;
   strings->add_option("DLL", library, "Language library")->required();
   strings->add_option("ID", ids, "String numbers (all of them when none is given)");
+  add_directory_option(*strings, directory);
+  add_json_flag(*strings, json,
+                "library, strings [{id, text}] (an ID without a string is left out)");
   strings->callback([] {
-    if (!fs::exists(fs::path(library))) {
-      std::fprintf(stderr, "korvalen: %s: no such file\n", library.c_str());
-      throw CLI::RuntimeError(1);
-    }
-    const LibraryByPath loaded{fs::path(library)};
-    if (!loaded.loaded()) {
-      std::fprintf(stderr, "korvalen: %s: not a language library\n", library.c_str());
-      throw CLI::RuntimeError(1);
-    }
+    enter_directory(directory);
+    const fs::path path(library);
+    if (!fs::exists(path)) fail(argument_text(library), L"no such file");
+    const LibraryByPath loaded{path};
+    if (!loaded.loaded()) fail(argument_text(library), L"not a language library");
+    if (json) open_document();
+    section()["library"] = utf8(argument_text(library));
+    section()["strings"] = Json::array();
     if (ids.empty()) {
       for (unsigned id = 0; id <= kLastStringId; ++id) ShowString(id);
     } else {
@@ -150,6 +164,7 @@ void add_lang_commands(CLI::App& app) {
         if (!ShowString(id)) print(std::to_wstring(id) + L"  (none)\n");
       }
     }
+    close_document();
     std::fflush(stdout);
   });
 }

@@ -7,6 +7,7 @@
 #include <string>
 
 #include "commands.h"
+#include "json_output.h"
 #include "korvalen/korvalen.h"
 #include "text_output.h"
 #include "working_directory.h"
@@ -19,6 +20,8 @@ constexpr int kMaterialChars = 501;
 
 void Heading(const wchar_t* file, const wchar_t* missing) {
   print(std::wstring(file) + (installation_has(file) ? L"" : missing) + L"\n");
+  open_section(json_key(file));
+  section()["found"] = installation_has(file);
 }
 
 std::wstring Number(int value) { return std::to_wstring(value); }
@@ -80,10 +83,12 @@ void ShowMosaics() {
   print_field(L"Text (A012)", Text(settings.a012), 2);
   print_field(L"Mosaics", Number(settings.entry_count), 2);
   int number = 0;
+  section()["mosaic_list"] = Json::array();
   for (const TRegMosaico* e = settings.entries; e != nullptr; e = e->next) {
     wchar_t line[160];
     sPrintf(line, L"  %4d  %-10s  %s\n", ++number, e->code, e->name);
     print(line);
+    section()["mosaic_list"].push_back({{"code", utf8(e->code)}, {"name", utf8(e->name)}});
   }
   TRegMosaico* last = nullptr;
   LiberarLista(reinterpret_cast<void**>(&settings.entries), reinterpret_cast<void**>(&last));
@@ -111,12 +116,19 @@ void add_machine_commands(CLI::App& app) {
   auto* machine = app.add_subcommand(
       "machine", "Show the machine parameter set, the mosaics and the punching material settings");
   static std::string directory;
+  static bool json = false;
   add_directory_option(*machine, directory);
+  add_json_flag(*machine, json,
+                "cfgsmach_cfg {found, launch_value, ...}, mosaicos_cfg {found, main_switch_a000, "
+                "..., mosaic_list [{code, name}]}, mirselpr_cfg {found, punching_material_a362, "
+                "...}; each key the label in snake_case, values as shown");
   machine->callback([] {
-    if (!enter_directory(directory)) throw CLI::RuntimeError(1);
+    enter_directory(directory);
+    if (json) open_document();
     ShowMachineParameters();
     ShowMosaics();
     ShowPunchingMaterial();
+    close_document();
     std::fflush(stdout);
   });
 }

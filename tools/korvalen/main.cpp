@@ -1,5 +1,8 @@
 // korvalen: inspect and edit the suite's settings and state files.
 #include <CLI/CLI.hpp>
+#include <cstdio>
+#include <exception>
+#include <string>
 
 #include "commands.h"
 #include "version.h"
@@ -20,7 +23,22 @@ int main(int argc, char** argv) {
   korvalen::tool::add_figure_commands(app);
   korvalen::tool::add_columns_commands(app);
   korvalen::tool::add_text_commands(app);
+  korvalen::tool::add_errors_commands(app);
   korvalen::tool::add_doctor_commands(app);
-  CLI11_PARSE(app, argc, argv);
+  // One line per failure; 0 done (and --help), 1 the work failed, 2 the
+  // command line was wrong.
+  app.failure_message([](const CLI::App*, const CLI::Error& e) {
+    return std::string("korvalen: ") + e.what() + "\n";
+  });
+  try {
+    app.parse(argc, argv);
+  } catch (const CLI::RuntimeError& e) {
+    return e.get_exit_code();
+  } catch (const CLI::ParseError& e) {
+    return app.exit(e) == 0 ? 0 : 2;
+  } catch (const std::exception& e) {
+    std::fprintf(stderr, "korvalen: %s\n", e.what());
+    return 1;
+  }
   return 0;
 }

@@ -6,6 +6,7 @@
 // its control, as the send command applies it with --translate.
 #include <algorithm>
 #include <atomic>
+#include <cerrno>
 #include <chrono>
 #include <cstdio>
 #include <filesystem>
@@ -16,8 +17,10 @@
 
 #include "command_line.h"
 #include "commands.h"
+#include "failure.h"
 #include "korvalen/korvalen.h"
 #include "serial_line.h"
+#include "working_directory.h"
 
 namespace korvalen::tool {
 namespace {
@@ -48,11 +51,6 @@ DWORD WINAPI WaitForClose(LPVOID) {
     std::this_thread::sleep_for(std::chrono::milliseconds(10));
   }
   return 0;
-}
-
-bool Fail(const std::string& message) {
-  std::fprintf(stderr, "korvalen: %s\n", message.c_str());
-  return false;
 }
 
 bool ReadProgram(const std::wstring& name, std::string& bytes) {
@@ -150,7 +148,7 @@ bool Send(const SendOptions& options) {
     std::error_code ignored;
     std::filesystem::remove(translated, ignored);
   }
-  if (!read) return Fail("cannot read the program " + options.program);
+  if (!read) fail_errno(argument_text(options.program), L"cannot be read");
 
   static const std::map<std::string, int> kHandshakes = {{"none", 0}, {"xon", 1}, {"rts", 0}};
   TRegCom link{};
@@ -167,8 +165,9 @@ bool Send(const SendOptions& options) {
   if (!InicializarElPuerto(link, 4096, 4096, event, thread, write, read_overlapped, WaitForClose,
                            kHandshakes.at(options.handshake), 0x11, 0x13, 1000, 2048, 512,
                            options.handshake == "rts" ? 1 : 0, 0)) {
-    return Fail("cannot open port COM" + std::to_string(options.port) +
-                " (missing, busy, not a serial port, or it refuses these line settings)");
+    fail(L"COM" + std::to_wstring(options.port),
+         L"cannot open the port (missing, busy, not a serial port, or it refuses these line "
+         L"settings)");
   }
   Progress progress(bytes.size(), error_output_is_terminal());
   std::size_t sent = 0;
@@ -177,8 +176,9 @@ bool Send(const SendOptions& options) {
   progress.Update(sent, true);
   CerrarElPuerto(link, event, thread, write, read_overlapped);
   if (!complete) {
-    return Fail("the port took " + std::to_string(sent) + " of " + std::to_string(bytes.size()) +
-                " bytes: a write did not complete within 1000 ms, or the line failed");
+    fail(L"COM" + std::to_wstring(options.port),
+         L"the port took " + std::to_wstring(sent) + L" of " + std::to_wstring(bytes.size()) +
+             L" bytes: a write did not complete within 1000 ms, or the line failed");
   }
   return true;
 }
@@ -186,9 +186,10 @@ bool Send(const SendOptions& options) {
 bool Translate(const std::string& translation, const std::string& in, const std::string& out) {
   const std::wstring input = argument_text(in);
   const std::wstring output = argument_text(out);
-  if (Access(input.c_str(), 4) != 0) return Fail("cannot read the program " + in);
+  errno = Access(input.c_str(), 4);
+  if (errno != 0) fail_errno(input, L"cannot be read");
   CambiarCnc(argument_text(translation).c_str(), input.c_str(), output.c_str());
-  if (Access(output.c_str(), 0) != 0) return Fail("cannot write " + out);
+  if (Access(output.c_str(), 0) != 0) fail(output, L"cannot be written");
   return true;
 }
 
@@ -211,7 +212,10 @@ void add_send_commands(CLI::App& app) {
   send->add_option("--translate", options.translation,
                    "Translation file applied to the program first");
   send->add_option("PROGRAM", options.program, "The CNC program")->required();
+  static std::string directory;
+  add_directory_option(*send, directory);
   send->callback([] {
+    enter_directory(directory);
     if (!Send(options)) throw CLI::RuntimeError(1);
   });
 
@@ -221,7 +225,9 @@ void add_send_commands(CLI::App& app) {
   translate->add_option("FILE", translation, "Translation file (A/B records)")->required();
   translate->add_option("IN", in, "The program")->required();
   translate->add_option("OUT", out, "The translated program")->required();
+  add_directory_option(*translate, directory);
   translate->callback([] {
+    enter_directory(directory);
     if (!Translate(translation, in, out)) throw CLI::RuntimeError(1);
   });
 }

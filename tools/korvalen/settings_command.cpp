@@ -12,6 +12,8 @@
 #include <string>
 
 #include "commands.h"
+#include "failure.h"
+#include "json_output.h"
 #include "korvalen/korvalen.h"
 #include "text_output.h"
 #include "working_directory.h"
@@ -63,6 +65,8 @@ void ShowProductSettings() {
       {L"SysFontT", L"System font"},
   };
   const IXMLDOMNodePtr cfg = GetXMLMainNodeObjectFromFile(L"iVortan.cfg");
+  open_section("ivortan_cfg");
+  section()["found"] = cfg != nullptr;
   if (cfg == nullptr) {
     print(L"iVortan.cfg (not found or not readable)\n");
   } else {
@@ -70,6 +74,8 @@ void ShowProductSettings() {
     for (const auto& a : kAttributes) Field(a.label, Attribute(cfg, a.attribute));
   }
   const IXMLDOMNodePtr prd = GetXMLMainNodeObjectFromFile(L"IVORTAN.PRD");
+  open_section("ivortan_prd");
+  section()["found"] = prd != nullptr;
   if (prd == nullptr) {
     print(L"iVortan.prd (not found or not readable)\n");
   } else {
@@ -92,6 +98,7 @@ void ShowConnection() {
   std::wostringstream offset_text;
   offset_text << offset;
   print(L"Database connection\n");
+  open_section("database_connection");
   Field(L"Connection", connection);
   Field(L"Server type", Number(server_type));
   Field(L"Server", server);
@@ -190,6 +197,7 @@ void ShowGeneration(int machine, int m) {
                             a[1], a[2], k[0], k[1], k[2], k[3], k[4], k[5], k[6], k[7], l[0], l[1],
                             l[2], z027, units_flag, z029, z068);
   print(L"  Program generation\n");
+  open_section("machine_generation");
   o.Show();
 }
 
@@ -215,6 +223,7 @@ void ShowImport(int machine, int m) {
                          i[1], i[2], i[3], i[4], k[0], k[1], k[2], l[0], l[1], l[2], n1, z028, z041,
                          units_flag, z034, company, z066);
   print(L"  Import\n");
+  open_section("machine_import");
   o.Show();
 }
 
@@ -236,15 +245,12 @@ void ShowMachine(int machine) {
       ("korvalen-machine-" +
        std::to_string(std::chrono::steady_clock::now().time_since_epoch().count()));
   if (error || !fs::create_directory(scratch, error)) {
-    std::fprintf(stderr, "korvalen: cannot make a scratch directory %s\n",
-                 scratch.string().c_str());
-    throw CLI::RuntimeError(1);
+    fail(scratch.wstring(), L"cannot make this scratch directory");
   }
   CopiarFichero(L"MIRSELIN.CNI", (scratch / "MIRSELIN.CNI").wstring().c_str());
   fs::current_path(scratch, error);
   if (error) {
-    std::fprintf(stderr, "korvalen: cannot enter the scratch directory %s\n",
-                 scratch.string().c_str());
+    print_error(scratch.wstring() + L": cannot enter this scratch directory");
   } else {
     ShowGeneration(machine, m);
     ShowImport(machine, m);
@@ -262,14 +268,21 @@ void add_settings_commands(CLI::App& app) {
       "values of a machine");
   static std::string directory;
   static int machine = 0;
+  static bool json = false;
   add_directory_option(*settings, directory);
+  add_json_flag(*settings, json,
+                "ivortan_cfg {found, language, ...}, ivortan_prd {found, product_description}, "
+                "database_connection {connection, server, ...}, with --machine machine_generation "
+                "and machine_import {z024, ...}; keys are the labels in snake_case");
   auto* machine_option = settings->add_option("--machine", machine,
                                               "Machine number whose MIRSELIN.CNI values to show");
   settings->callback([machine_option] {
-    if (!enter_directory(directory)) throw CLI::RuntimeError(1);
+    enter_directory(directory);
+    if (json) open_document();
     ShowProductSettings();
     ShowConnection();
     if (machine_option->count() > 0) ShowMachine(machine);
+    close_document();
     std::fflush(stdout);
   });
 }

@@ -5,14 +5,18 @@
 // UTF-16LE with a mark, or as 8-bit text, with CR LF line ends. Converting to
 // 8-bit cuts a line at a character the code page cannot hold; the command
 // then says so and exits 1.
+#include <cerrno>
 #include <cstdio>
 #include <string>
 #include <vector>
 
 #include "command_line.h"
 #include "commands.h"
+#include "failure.h"
+#include "json_output.h"
 #include "korvalen/korvalen.h"
 #include "text_output.h"
+#include "working_directory.h"
 
 namespace korvalen::tool {
 namespace {
@@ -65,10 +69,8 @@ bool FitsCodePage(const std::wstring& line) {
 
 int Convert(const std::string& to, const std::wstring& in, const std::wstring& out) {
   Lines lines;
-  if (!ReadLines(in, lines)) {
-    print_error(in + L": cannot be read");
-    return 1;
-  }
+  errno = 0;
+  if (!ReadLines(in, lines)) fail_errno(in, L"cannot be read");
   const bool utf16 = to == "utf16";
   CUTF16File file;
   CFileException error;
@@ -76,8 +78,7 @@ int Convert(const std::string& to, const std::wstring& in, const std::wstring& o
           out.c_str(),
           CFile::modeCreate | CFile::modeWrite | (utf16 ? CFile::typeBinary : CFile::typeText),
           &error)) {
-    print_error(out + L": cannot be written");
-    return 1;
+    fail(out, L"cannot be written");
   }
   int cut = 0;
   for (const std::wstring& line : lines) {
@@ -87,9 +88,8 @@ int Convert(const std::string& to, const std::wstring& in, const std::wstring& o
   }
   file.Close();
   if (cut > 0) {
-    print_error(std::to_wstring(cut) + L" line(s) of " + in +
-                L" hold characters the code page cannot; they were cut there");
-    return 1;
+    fail(in, std::to_wstring(cut) +
+                 L" line(s) hold characters the code page cannot; they were cut there");
   }
   return 0;
 }
@@ -100,10 +100,9 @@ int Guarded(Work work) {
   try {
     return work();
   } catch (CFileException* e) {
-    print_error(std::wstring(static_cast<const wchar_t*>(e->m_strFileName)) +
-                L": input/output error");
+    const std::wstring name = static_cast<const wchar_t*>(e->m_strFileName);
     e->Delete();
-    return 1;
+    fail(name, L"input/output error");
   }
 }
 
@@ -115,15 +114,26 @@ void add_text_commands(CLI::App& app) {
 
   auto* cat = text->add_subcommand("cat", "Print a text file as UTF-8");
   static std::string file;
+  static std::string directory;
+  static bool json = false;
   cat->add_option("FILE", file, "UTF-16 or 8-bit text file")->required();
+  add_directory_option(*cat, directory);
+  add_json_flag(*cat, json, "file, lines [text of each line]");
   cat->callback([] {
+    enter_directory(directory);
     const int status = Guarded([] {
       Lines lines;
-      if (!ReadLines(argument_text(file), lines)) {
-        print_error(argument_text(file) + L": cannot be read");
-        return 1;
+      errno = 0;
+      if (!ReadLines(argument_text(file), lines))
+        fail_errno(argument_text(file), L"cannot be read");
+      if (json) open_document();
+      section()["file"] = utf8(argument_text(file));
+      section()["lines"] = Json::array();
+      for (const std::wstring& line : lines) {
+        print(Printable(line) + L"\n");
+        section()["lines"].push_back(utf8(Printable(line)));
       }
-      for (const std::wstring& line : lines) print(Printable(line) + L"\n");
+      close_document();
       return 0;
     });
     std::fflush(stdout);
@@ -139,7 +149,9 @@ void add_text_commands(CLI::App& app) {
       ->check(CLI::IsMember({"utf16", "ansi"}));
   convert->add_option("IN", in, "Text file to read")->required();
   convert->add_option("OUT", out, "File to write")->required();
+  add_directory_option(*convert, directory);
   convert->callback([] {
+    enter_directory(directory);
     const int status = Guarded([] { return Convert(to, argument_text(in), argument_text(out)); });
     if (status != 0) throw CLI::RuntimeError(status);
   });

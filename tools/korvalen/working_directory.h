@@ -10,8 +10,8 @@ namespace korvalen::tool {
 // Adds "-C DIR" (default: the current directory) to the command.
 void add_directory_option(CLI::App& command, std::string& directory);
 
-// Makes the directory current; prints the reason and returns false when it
-// cannot.
+// Makes the directory current; when it cannot, fails the command with the
+// reason (failure.h). Returns true.
 bool enter_directory(const std::string& directory);
 
 // Whether the installation (the current directory, once entered) has the file.
