@@ -8,15 +8,14 @@
 #include <filesystem>
 #include <fstream>
 #include <iterator>
-#include <nlohmann/json.hpp>
 #include <string>
 
 #include "command_line.h"
 #include "commands.h"
 #include "doctor_checks.h"
 #include "failure.h"
+#include "json_output.h"
 #include "korvalen/korvalen.h"
-#include "korvalen/platform/internal/utf8.h"
 #include "text_output.h"
 #include "working_directory.h"
 
@@ -75,19 +74,17 @@ namespace {
 
 void report(const Findings& found, bool json) {
   if (json) {
-    nlohmann::json document;
-    document["directory"] = platform::to_utf8(fs::current_path().wstring());
-    document["findings"] = nlohmann::json::array();
+    open_document();
+    document()["directory"] = utf8(fs::current_path().wstring());
+    Json& findings = document()["findings"] = Json::array();
     for (const Finding& f : found) {
-      document["findings"].push_back(
-          {{"file", platform::to_utf8(f.file)},
-           {"line", f.line > 0 ? nlohmann::json(f.line) : nlohmann::json()},
-           {"check", f.check},
-           {"problem", platform::to_utf8(f.problem)},
-           {"fix", platform::to_utf8(f.fix)}});
+      findings.push_back({{"file", utf8(f.file)},
+                          {"line", f.line > 0 ? Json(f.line) : Json()},
+                          {"check", f.check},
+                          {"problem", utf8(f.problem)},
+                          {"fix", utf8(f.fix)}});
     }
-    const std::string text = document.dump(2) + "\n";
-    std::fwrite(text.data(), 1, text.size(), stdout);
+    close_document();
     return;
   }
   for (const Finding& f : found) {
@@ -104,7 +101,7 @@ void add_doctor_commands(CLI::App& app) {
   static std::string directory;
   static bool json = false;
   add_directory_option(*doctor, directory);
-  doctor->add_flag("--json", json, "One JSON document with the findings");
+  add_json_flag(*doctor, json, "directory, findings (file, line, check, problem, fix)");
   doctor->allow_extras();
   doctor->callback([doctor] {
     if (!doctor->remaining().empty()) {
